@@ -1,0 +1,96 @@
+#pragma once
+// Str: the program's owning, counted, NUL-terminated 8-bit text in the system's ANSI code page.
+#include <cstdarg>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+class Str {
+ public:
+  Str();
+  Str(const char* text);  // `text` must not be null
+  Str(const Str& other);
+  Str(Str&& other) noexcept;
+  explicit Str(std::string_view text);  // cut at the first NUL, if any
+  ~Str();
+  Str& operator=(const char* text);
+  Str& operator=(const Str& other);
+  Str& operator=(Str&& other) noexcept;
+  Str& operator=(std::string_view text);
+  // Takes UTF-16 text, converted with the ANSI code page.
+  Str& operator=(const wchar_t* text);
+
+  // Returns the buffer for direct writing, at least `size` characters (terminator included); 0 or less: at least 1.
+  char* Lock(int32_t size);
+  // Ends direct writing; the length is that of the NUL-terminated text found in the buffer.
+  void Unlock();
+
+  int32_t Length() const { return mLen; }
+  bool IsEmpty() const { return mLen == 0; }
+  const char* Chars() const { return mCharP; }
+  operator const char*() const { return mCharP; }
+  std::string_view View() const { return {mCharP, static_cast<size_t>(mLen)}; }
+  // Characters allocated, terminator included; 0 while the shared empty buffer is used.
+  int32_t Capacity() const { return mCapacity; }
+
+  void Append(char ch);
+  void Append(const char* text);
+  void Append(std::string_view text);
+  void Append(const Str& text) { Append(text.View()); }
+  Str& operator+=(const char* text) { Append(text); return *this; }
+  Str& operator+=(char ch) { Append(ch); return *this; }
+
+  // Byte-wise compare: -1, 0 or 1.
+  int32_t Compare(const char* text) const;
+  int32_t Compare(const char* text, int32_t count) const;
+  // Compares without regard to the case of ANSI letters; 0 when equal.
+  int32_t ICompare(const char* text) const;
+
+  // Index of the first match at or after `start`, or -1.
+  int32_t Find(char ch, int32_t start = 0, bool caseSensitive = true) const;
+  int32_t Find(const char* text, int32_t start = 0, bool caseSensitive = true) const;
+  int32_t FindLast(char ch) const;
+
+  // Deletes `count` characters from `pos`; -1 deletes to the end.
+  void Delete(int32_t pos, int32_t count);
+  void Insert(const char* text, int32_t pos);
+  void Insert(char ch, int32_t pos);
+  void SetAt(int32_t pos, char ch);
+  // Copies `text` over the characters from `pos`; the length stays.
+  void Overwrite(const char* text, int32_t pos);
+  void TrimLeft();
+  void TrimRight();
+  void Trim() { TrimRight(); TrimLeft(); }
+
+  // Makes this the `count` characters of `text` from `pos`; -1 takes the rest.
+  void SetSubstring(const char* text, int32_t pos, int32_t count);
+  void Left(const char* text, int32_t count);
+  void Right(const char* text, int32_t count);
+
+  // printf formatting; texts of 2000 characters and more are kept whole but assert.
+  [[gnu::format(printf, 2, 3)]] void Format(const char* format, ...);
+  void VFormat(const char* format, va_list args);
+
+  // Helpers on raw text. Length asserts on null and gives 0.
+  static int32_t Length(const char* text);
+  static bool Equal(const char* a, const char* b);
+  static int32_t ICompare(const char* a, const char* b);
+  // First occurrence of `pattern` in `text` without regard to case, or null.
+  static const char* IFind(const char* text, const char* pattern);
+  // Formats into a buffer of `bufSize` bytes, bounded and terminated; returns the full length the text would have.
+  static int32_t VFormat(char* buffer, int32_t bufSize, const char* format, va_list args);
+
+ private:
+  void Reserve(int32_t needed);
+  void Free();
+  void CheckLength() const;
+
+  int32_t mCapacity = 0;
+  int32_t mLen = 0;
+  char* mCharP;
+  int32_t mLocked = 0;
+};
+
+inline bool operator==(const Str& a, const char* b) { return a.Compare(b) == 0; }
+inline bool operator==(const Str& a, const Str& b) { return a.View() == b.View(); }

@@ -1,0 +1,82 @@
+#pragma once
+// WStr: owning UTF-16 text with the same contract as Str, and the ANSI <-> UTF-16 conversions on raw text.
+#include <cstdarg>
+#include <cstdint>
+#include <memory>
+
+enum TextEncoding : int32_t { ANSI = 0, UTF8 = 1 };
+
+class WStr {
+ public:
+  WStr();
+  WStr(const wchar_t* text);
+  WStr(const WStr& other);
+  ~WStr();
+  WStr& operator=(const wchar_t* text);
+  WStr& operator=(const WStr& other);
+  // Takes ANSI text.
+  WStr& operator=(const char* text);
+  // Takes UTF-8 text; `encoding` must be UTF8. Continuation bytes are not validated; a NUL in any place of a
+  // sequence ends the text.
+  void Assign(const char* text, TextEncoding encoding);
+
+  wchar_t* Lock(int32_t size);  // in 16-bit units, terminator included
+  void Unlock();
+  bool IsUnlocked() const { return mLocked == 0; }
+
+  int32_t Length() const { return mLen; }
+  const wchar_t* Chars() const { return mCharP; }
+  operator const wchar_t*() const { return mCharP; }
+  int32_t Capacity() const { return mCapacity; }
+
+  void Append(wchar_t ch);
+  void Append(const wchar_t* text);
+  void Append(const wchar_t* text, int32_t count);   // at most `count` units
+  void Append(wchar_t ch, int32_t times);
+  void Prepend(const wchar_t* text, int32_t count);  // at most `count` units
+  int32_t Compare(const wchar_t* text) const;
+  int32_t Compare(const wchar_t* text, int32_t count) const;
+  int32_t ICompare(const wchar_t* text) const;
+  int32_t Find(wchar_t ch, int32_t start = 0, bool caseSensitive = true) const;
+  int32_t Find(const wchar_t* text, int32_t start = 0, bool caseSensitive = true) const;
+  int32_t FindLast(wchar_t ch) const;
+  void Delete(int32_t pos, int32_t count);
+  void Insert(const wchar_t* text, int32_t pos);
+  void Insert(wchar_t ch, int32_t pos);
+  void SetAt(int32_t pos, wchar_t ch);
+  void Overwrite(const wchar_t* text, int32_t pos);
+  void TrimLeft();
+  void TrimRight();
+  void SetSubstring(const wchar_t* text, int32_t pos, int32_t count);
+  void Left(const wchar_t* text, int32_t count);
+  void Right(const wchar_t* text, int32_t count);
+  // Each returns the number of replacements; the search resumes behind the inserted text.
+  int32_t Replace(wchar_t ch, wchar_t replace);
+  int32_t Replace(wchar_t ch, const wchar_t* replace);
+  int32_t Replace(const wchar_t* text, const wchar_t* replace);
+  // The parts before and after the first `ch`; without one, `left` takes the whole text.
+  void Split(wchar_t ch, WStr& left, WStr& right) const;
+  void Format(const wchar_t* format, ...);
+  void VFormat(const wchar_t* format, va_list args);
+
+  static int32_t Length(const wchar_t* text);
+  static int32_t ICompare(const wchar_t* a, const wchar_t* b);
+  static const wchar_t* IFind(const wchar_t* text, const wchar_t* pattern);
+  static int32_t VFormat(wchar_t* buffer, int32_t bufSize, const wchar_t* format, va_list args);
+
+ private:
+  void Reserve(int32_t needed);
+  void Free();
+
+  int32_t mLocked = 0;
+  int32_t mCapacity = 0;
+  int32_t mLen = 0;
+  wchar_t* mCharP;
+};
+
+// ANSI -> UTF-16 into `wStr` of `size` units; UTF-16 -> ANSI into `nStr` of `size` bytes. Terminated, cut when short.
+void AnsiToWide(const char* nStr, wchar_t* wStr, int32_t size);
+void WideToAnsi(const wchar_t* wStr, char* nStr, int32_t size);
+// Allocating forms; null when memory is short.
+std::unique_ptr<wchar_t[]> AnsiToWide(const char* nStr);
+std::unique_ptr<char[]> WideToAnsi(const wchar_t* wStr);

@@ -1,0 +1,38 @@
+#pragma once
+// The file list gathered from the script, the space check, and the loops that copy or delete it.
+#include <cstdint>
+#include <vector>
+
+#include "base/str.h"
+
+struct FileRecord {
+  char destName[256];
+  char destDir[260];
+  char srcPath[260];
+  int32_t disk;
+  uint32_t size;  // bytes, as the script says
+  int32_t hidden;
+};
+
+// Empties the list and its totals; false when memory is short.
+[[nodiscard]] bool PrepareFileList();
+// False when the same destination is listed already.
+bool AddFile(const char* destName, const char* destDir, const char* srcPath, int32_t disk, uint32_t size, bool hidden);
+int32_t GetNumFiles();
+FileRecord GetFileRec(int32_t recNum);
+// Index of the first record of that destination name (any case), or -1.
+int32_t FindFile(const char* fileName);
+// Highest disk number listed.
+int32_t NDisks();
+// False when the user cancelled (the abort flag is set).
+[[nodiscard]] bool CheckSpace();
+[[nodiscard]] bool CopyAll();
+bool DeleteAll();
+[[nodiscard]] bool CopyOneFile(const char* infile, const char* outfile);
+// Version-checked copy with questions, restart arrangement and messages; the copy status (0 = done).
+uint32_t CopyFileByName(const char* infile, const char* outfile);
+[[nodiscard]] bool ReplaceFileOnReboot(const char* src, const char* dest);
+// Numbers `path` until it is free; true when the first path existed.
+bool GetUniqueName(Str& path);
+// Asks for a disk; false when cancelled.
+[[nodiscard]] bool PromptForDisk(int32_t disk);

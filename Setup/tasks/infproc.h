@@ -1,0 +1,45 @@
+#pragma once
+// The task table, its dispatch, the pass rule, and what all handlers share.
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/str.h"
+
+using TaskHandler = int32_t (*)(const char* name, const char* args, void* data);
+
+// When a task acts.
+enum class PassRule : uint8_t {
+  kPass1,            // pass 1 only
+  kPass0,            // pass 0 only
+  kInstall1Remove0,  // installation: pass 1; removal: pass 0
+  kNoDataOrPass0,
+  kNoDataOrPass1,
+  kAlways,
+};
+
+struct TaskRow {
+  const char* name;
+  TaskHandler handler;
+  PassRule rule;
+  bool quotedFirst;
+};
+
+constexpr int32_t kNumTasks = 44;
+const TaskRow* TaskTable();
+const TaskRow* FindTask(const char* name);
+
+// The task handler given to the script: `key` begins with "$", `data` is the pass number or null.
+int32_t TaskDispatch(const char* key, const char* args, void* data);
+
+// Whether the task acts now. Asserts "data" when a pass is needed and absent, "args" when the text is absent.
+bool TaskActsNow(const char* name, const char* args, const void* data);
+// Arguments of a task by its row: quoted first or plain, fields trimmed, empty fields not seen.
+std::vector<Str> TaskArgs(const char* name, const char* args);
+// Logs "  Task_<name>(name: <Name>, args: <Args>)".
+void LogTaskEntry(const char* name, const char* args);
+// Logs "The arguments for the task <TaskName> in Setup.inf are unknown."
+void LogUnknownArgs(const char* name);
+// "True"/"False"; anything else logs LogUnknownArgs and gives false.
+[[nodiscard]] bool ParseTrueFalse(const char* name, const Str& text, bool& value);

@@ -1,0 +1,2 @@
+/* Gives resource-only libraries an object to link. */
+typedef int vt_empty;

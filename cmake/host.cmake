@@ -1,0 +1,16 @@
+# Fuzz targets: tests/fuzz/<name>_fuzz.cpp, each naming the pure sources it exercises on a line
+#   // sources: stores/configcodec.cpp ...
+set(VT_SANITIZE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+file(GLOB targets CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/fuzz/*_fuzz.cpp)
+foreach(target ${targets})
+  get_filename_component(name ${target} NAME_WE)
+  file(STRINGS ${target} line REGEX "^// sources:" LIMIT_COUNT 1)
+  string(REGEX REPLACE "^// sources:[ ]*" "" line "${line}")
+  separate_arguments(sources UNIX_COMMAND "${line}")
+  list(TRANSFORM sources PREPEND ${CMAKE_SOURCE_DIR}/Setup/)
+  add_executable(${name} ${target} ${sources})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/Setup)
+  target_compile_options(${name} PRIVATE -O1 ${VT_SANITIZE} -fsanitize=fuzzer -Wall -Wextra -Werror)
+  target_link_options(${name} PRIVATE ${VT_SANITIZE} -fsanitize=fuzzer)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${target})
+endforeach()

@@ -1,0 +1,13 @@
+# build/bin/Setup.exe, its language libraries, and the sample distribution.
+add_executable(Setup WIN32 ${CMAKE_SOURCE_DIR}/Setup/installer/main.cpp ${CMAKE_SOURCE_DIR}/Setup/resources/setup.rc)
+target_include_directories(Setup PRIVATE ${CMAKE_SOURCE_DIR}/Setup)
+target_link_libraries(Setup PRIVATE vt_setup)
+target_link_options(Setup PRIVATE -s)
+set_target_properties(Setup PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${VT_BIN})
+
+vt_resource_library(VTsu6fr ${CMAKE_SOURCE_DIR}/Setup/resources/lang_fr.rc)
+vt_resource_library(VTsu6en ${CMAKE_SOURCE_DIR}/Setup/resources/lang_en.rc)
+
+if(EXISTS ${CMAKE_SOURCE_DIR}/dist/CMakeLists.txt)
+  add_subdirectory(dist)
+endif()

@@ -1,0 +1,32 @@
+# Settings and the storey libraries shared by both Windows trees.
+add_library(vt_windows INTERFACE)
+target_include_directories(vt_windows INTERFACE ${CMAKE_SOURCE_DIR}/Setup)
+target_compile_definitions(vt_windows INTERFACE
+  WINVER=0x0500 _WIN32_WINNT=0x0500 _WIN32_IE=0x0500 WIN32_LEAN_AND_MEAN NOMINMAX)
+target_compile_options(vt_windows INTERFACE ${VT_PREFIX_MAP}
+  $<$<COMPILE_LANGUAGE:C,CXX>:-ffunction-sections -fdata-sections -fstack-protector-strong>)
+target_link_libraries(vt_windows INTERFACE vt_warnings)
+target_link_options(vt_windows INTERFACE -static -Wl,--gc-sections
+  -Wl,--major-subsystem-version,5,--minor-subsystem-version,0
+  -Wl,--major-os-version,5,--minor-os-version,0
+  -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp)
+
+# The whole program but its entry, as one library: the storeys' order is checked by the include check of ./dev lint.
+file(GLOB_RECURSE VT_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Setup/*.cpp)
+list(REMOVE_ITEM VT_SOURCES ${CMAKE_SOURCE_DIR}/Setup/installer/main.cpp)
+add_library(vt_setup STATIC ${VT_SOURCES})
+target_link_libraries(vt_setup PUBLIC vt_windows
+  comdlg32 gdi32 user32 advapi32 shell32 ole32 uuid kernel32)
+
+# Adds a resource-only library from one .rc file.
+function(vt_resource_library name rc)
+  add_library(${name} MODULE ${rc} ${CMAKE_SOURCE_DIR}/cmake/empty.c)
+  set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME ${name} RUNTIME_OUTPUT_DIRECTORY ${VT_BIN}
+    LIBRARY_OUTPUT_DIRECTORY ${VT_BIN})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/Setup)
+  target_link_options(${name} PRIVATE -nostdlib -Wl,-e,0 -s -Wl,--no-insert-timestamp
+    -Wl,--major-subsystem-version,5,--minor-subsystem-version,0)
+endfunction()
+
+set(CMAKE_RC_FLAGS "-c 65001")
+set(VT_BIN ${CMAKE_SOURCE_DIR}/build/bin CACHE PATH "Where programs and libraries go")
