@@ -24,19 +24,24 @@ struct TaskRow {
   TaskHandler handler;
   PassRule rule;
   bool quotedFirst;
+  bool needsArgs;  // false for tasks that take no argument text
 };
 
 constexpr int32_t kNumTasks = 44;
 const TaskRow* TaskTable();
+// Null for an unknown name; names are compared byte for byte.
 const TaskRow* FindTask(const char* name);
 
 // The task handler given to the script: `key` begins with "$", `data` is the pass number or null.
 int32_t TaskDispatch(const char* key, const char* args, void* data);
 
-// Whether the task acts now. Asserts "data" when a pass is needed and absent, "args" when the text is absent.
+// Whether the task acts now. Asserts "data" when a pass is needed and absent, "args" when the text is absent;
+// the task does not act then.
 bool TaskActsNow(const char* name, const char* args, const void* data);
 // Arguments of a task by its row: quoted first or plain, fields trimmed, empty fields not seen.
 std::vector<Str> TaskArgs(const char* name, const char* args);
+// As TaskArgs; fewer than `least` arguments log LogUnknownArgs and give false.
+[[nodiscard]] bool TaskArgs(const char* name, const char* args, size_t least, std::vector<Str>& fields);
 // Logs "  Task_<name>(name: <Name>, args: <Args>)".
 void LogTaskEntry(const char* name, const char* args);
 // Logs "The arguments for the task <TaskName> in Setup.inf are unknown."

@@ -1,0 +1,55 @@
+// Handlers of tasks whose modules are not part of this build. A script that uses one gets an error line in
+// the log and goes on.
+#include "messages/format.h"
+#include "messages/logfile.h"
+#include "tasks/infproc.h"
+#include "tasks/tasks.h"
+
+namespace {
+
+int32_t NotAvailable(const char* name, const char* args, void* data) {
+  if (TaskActsNow(name, args, data))
+    LogError(
+        Message("task <TaskName> is not available in this build", kTemplateLiteral).With("TaskName", name));
+  return 1;
+}
+
+}  // namespace
+
+#define VT_PENDING(task)                                                \
+  int32_t Task_##task(const char* name, const char* args, void* data) { \
+    return NotAvailable(name, args, data);                              \
+  }
+VT_PENDING(remove_atm_font)
+VT_PENDING(remove_old_atm_font)
+VT_PENDING(atm_fontchange_notify)
+VT_PENDING(install_tt_font)
+VT_PENDING(remove_font_name)
+VT_PENDING(remove_tt_font)
+VT_PENDING(register)
+VT_PENDING(tt_fontchange_notify)
+VT_PENDING(add_icon)
+VT_PENDING(add_icon_group)
+VT_PENDING(empty_icon_group)
+VT_PENDING(remove_icon_group)
+VT_PENDING(set_all_autoconverts)
+VT_PENDING(set_one_autoconvert)
+VT_PENDING(run_ole_mgr)
+VT_PENDING(convert_pref)
+VT_PENDING(test_ATM_on)
+VT_PENDING(set_word_macro)
+VT_PENDING(check_unsupported_office_version)
+VT_PENDING(fixup_word_migration)
+VT_PENDING(run_word_macro)
+VT_PENDING(remove_word_macro)
+VT_PENDING(set_ppt_macro)
+VT_PENDING(run_ppt_macro)
+VT_PENDING(remove_ppt_macro)
+VT_PENDING(remove_soft_fonts)
+VT_PENDING(create_link)
+VT_PENDING(stub_reg)
+VT_PENDING(clean_old_winini_ext_reg)
+VT_PENDING(clean_others_ext_reg)
+VT_PENDING(add_openwith_support)
+VT_PENDING(remove_openwith_support)
+#undef VT_PENDING
