@@ -1,6 +1,6 @@
 #pragma once
-// Owners of Windows handles: each releases what it holds in its destructor. Predefined registry roots and other
-// borrowed handles are never put into one.
+// Owners of Windows handles: each releases what it holds in its destructor. Predefined registry roots and
+// other borrowed handles are never put into one.
 #include <windows.h>
 
 // Move-only owner of one handle. Policy gives Type, Invalid() and Close(Type).
@@ -83,10 +83,10 @@ struct GdiPolicy {
   static void Close(Type object) { DeleteObject(object); }
 };
 
-using FileHandle = UniqueHandle<FileHandlePolicy>;       // CreateFile
-using FindHandle = UniqueHandle<FindHandlePolicy>;       // FindFirstFile
-using KernelHandle = UniqueHandle<KernelHandlePolicy>;   // processes, threads, tokens, mappings
-using KeyHandle = UniqueHandle<KeyHandlePolicy>;         // opened registry keys, never the predefined roots
+using FileHandle = UniqueHandle<FileHandlePolicy>;      // CreateFile
+using FindHandle = UniqueHandle<FindHandlePolicy>;      // FindFirstFile
+using KernelHandle = UniqueHandle<KernelHandlePolicy>;  // processes, threads, tokens, mappings
+using KeyHandle = UniqueHandle<KeyHandlePolicy>;        // opened registry keys, never the predefined roots
 using ModuleHandle = UniqueHandle<ModulePolicy>;
 using WindowHandle = UniqueHandle<WindowPolicy>;
 using FontHandle = UniqueHandle<GdiPolicy<HFONT>>;

@@ -1,6 +1,6 @@
 #pragma once
-// The one place where low modules call upward. Start-up points these at the log, the resources and the reporter;
-// tests swap them. Every default is harmless.
+// The one place where low modules call upward. Start-up points these at the log, the resources and the
+// reporter; tests swap them. Every default is harmless.
 
 class Str;
 

@@ -14,8 +14,8 @@ void SetByte(RawHandle handle, int32_t index, uint8_t value);
 // Sum of the first `length` bytes as a 16-bit value; 0 for a null handle.
 uint16_t SumBytes(int32_t length, RawHandle handle);
 void ReadBytes(RawHandle handle, int32_t len, int32_t offset, void* dest);
-// A copy of the block. The number of bytes copied is the size as a signed 16-bit number: only blocks of at most
-// 32767 bytes are duplicated whole, the rest stays zero.
+// A copy of the block. The number of bytes copied is the size as a signed 16-bit number: only blocks of at
+// most 32767 bytes are duplicated whole, the rest stays zero.
 RawHandle CopyHandle(RawHandle source);
 void FreeHandle(RawHandle handle);
 

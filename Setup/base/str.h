@@ -3,7 +3,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <memory>
 #include <string_view>
 
 class Str {
@@ -12,7 +12,7 @@ class Str {
   Str(const char* text);  // `text` must not be null
   Str(const Str& other);
   Str(Str&& other) noexcept;
-  explicit Str(std::string_view text);  // cut at the first NUL, if any
+  explicit Str(std::string_view text);  // here and below a view is cut at its first NUL, if any
   ~Str();
   Str& operator=(const char* text);
   Str& operator=(const Str& other);
@@ -21,12 +21,13 @@ class Str {
   // Takes UTF-16 text, converted with the ANSI code page.
   Str& operator=(const wchar_t* text);
 
-  // Returns the buffer for direct writing, at least `size` characters (terminator included); 0 or less: at least 1.
+  // Returns the buffer for direct writing, at least `size` characters (terminator included); 0 or less: at
+  // least 1.
   char* Lock(int32_t size);
   // Ends direct writing; the length is that of the NUL-terminated text found in the buffer.
   void Unlock();
 
-  int32_t Length() const { return mLen; }
+  int32_t Length() const;  // asserts while locked: the length is then not known
   bool IsEmpty() const { return mLen == 0; }
   const char* Chars() const { return mCharP; }
   operator const char*() const { return mCharP; }
@@ -38,10 +39,16 @@ class Str {
   void Append(const char* text);
   void Append(std::string_view text);
   void Append(const Str& text) { Append(text.View()); }
-  Str& operator+=(const char* text) { Append(text); return *this; }
-  Str& operator+=(char ch) { Append(ch); return *this; }
+  Str& operator+=(const char* text) {
+    Append(text);
+    return *this;
+  }
+  Str& operator+=(char ch) {
+    Append(ch);
+    return *this;
+  }
 
-  // Byte-wise compare: -1, 0 or 1.
+  // Byte-wise compare: -1, 0 or 1; with a count, of at most that many bytes (a negative one compares all).
   int32_t Compare(const char* text) const;
   int32_t Compare(const char* text, int32_t count) const;
   // Compares without regard to the case of ANSI letters; 0 when equal.
@@ -56,12 +63,16 @@ class Str {
   void Delete(int32_t pos, int32_t count);
   void Insert(const char* text, int32_t pos);
   void Insert(char ch, int32_t pos);
+  // Writes one character; nothing when `pos` lies outside the allocated buffer.
   void SetAt(int32_t pos, char ch);
   // Copies `text` over the characters from `pos`; the length stays.
   void Overwrite(const char* text, int32_t pos);
   void TrimLeft();
   void TrimRight();
-  void Trim() { TrimRight(); TrimLeft(); }
+  void Trim() {
+    TrimRight();
+    TrimLeft();
+  }
 
   // Makes this the `count` characters of `text` from `pos`; -1 takes the rest.
   void SetSubstring(const char* text, int32_t pos, int32_t count);
@@ -78,12 +89,20 @@ class Str {
   static int32_t ICompare(const char* a, const char* b);
   // First occurrence of `pattern` in `text` without regard to case, or null.
   static const char* IFind(const char* text, const char* pattern);
-  // Formats into a buffer of `bufSize` bytes, bounded and terminated; returns the full length the text would have.
+  // Formats into a buffer of `bufSize` bytes, bounded and terminated; returns the full length the text would
+  // have.
   static int32_t VFormat(char* buffer, int32_t bufSize, const char* format, va_list args);
 
  private:
-  void Reserve(int32_t needed);
+  // Makes room for `needed` characters and returns the buffer that was replaced, if any, so that a text
+  // inside it can still be copied.
+  std::unique_ptr<char[]> Reserve(int64_t needed);
+  void SetText(std::string_view text);
+  void Steal(Str& other);
   void Free();
+  bool OwnsBuffer() const;
+  bool IsInside(const char* text) const;
+  void CheckUnlocked() const;
   void CheckLength() const;
 
   int32_t mCapacity = 0;

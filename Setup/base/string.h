@@ -31,7 +31,7 @@ class WStr {
 
   void Append(wchar_t ch);
   void Append(const wchar_t* text);
-  void Append(const wchar_t* text, int32_t count);   // at most `count` units
+  void Append(const wchar_t* text, int32_t count);  // at most `count` units
   void Append(wchar_t ch, int32_t times);
   void Prepend(const wchar_t* text, int32_t count);  // at most `count` units
   int32_t Compare(const wchar_t* text) const;
@@ -74,7 +74,8 @@ class WStr {
   wchar_t* mCharP;
 };
 
-// ANSI -> UTF-16 into `wStr` of `size` units; UTF-16 -> ANSI into `nStr` of `size` bytes. Terminated, cut when short.
+// ANSI -> UTF-16 into `wStr` of `size` units; UTF-16 -> ANSI into `nStr` of `size` bytes. Terminated, cut
+// when short.
 void AnsiToWide(const char* nStr, wchar_t* wStr, int32_t size);
 void WideToAnsi(const wchar_t* wStr, char* nStr, int32_t size);
 // Allocating forms; null when memory is short.

@@ -15,7 +15,8 @@ class TimeValue {
   static TimeValue BootTime();
   // From seconds since 1970 UTC; invalid when the result would be negative.
   static TimeValue FromSystem(int64_t utcSeconds);
-  static TimeValue FromFields(int32_t year, int32_t month, int32_t day, int32_t hour, int32_t minute, int32_t second);
+  static TimeValue FromFields(int32_t year, int32_t month, int32_t day, int32_t hour, int32_t minute,
+                              int32_t second);
   // Parses MM/DD/YYYY HH:MM:SS, 19 characters.
   static TimeValue FromText(const char* text);
 
