@@ -26,6 +26,8 @@ class UniqueHandle {
     Reset();
     return &mHandle;
   }
+  // Closes what is held and tells whether the system agreed; false when nothing is held.
+  bool Close() { return static_cast<bool>(*this) && Policy::Close(Release()); }
   // Gives up ownership.
   Type Release() {
     Type handle = mHandle;
@@ -49,7 +51,7 @@ class UniqueHandle {
 struct FileHandlePolicy {
   using Type = HANDLE;
   static Type Invalid() { return INVALID_HANDLE_VALUE; }
-  static void Close(Type handle) { CloseHandle(handle); }
+  static bool Close(Type handle) { return CloseHandle(handle) != FALSE; }
 };
 struct FindHandlePolicy {
   using Type = HANDLE;
@@ -64,7 +66,7 @@ struct KernelHandlePolicy {
 struct KeyHandlePolicy {
   using Type = HKEY;
   static Type Invalid() { return nullptr; }
-  static void Close(Type key) { RegCloseKey(key); }
+  static bool Close(Type key) { return RegCloseKey(key) == ERROR_SUCCESS; }
 };
 struct ModulePolicy {
   using Type = HMODULE;

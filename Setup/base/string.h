@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 enum TextEncoding : int32_t { ANSI = 0, UTF8 = 1 };
 
@@ -24,7 +25,7 @@ class WStr {
   void Unlock();
   bool IsUnlocked() const { return mLocked == 0; }
 
-  int32_t Length() const { return mLen; }
+  int32_t Length() const;  // asserts while locked: the length is then not known
   const wchar_t* Chars() const { return mCharP; }
   operator const wchar_t*() const { return mCharP; }
   int32_t Capacity() const { return mCapacity; }
@@ -37,16 +38,21 @@ class WStr {
   int32_t Compare(const wchar_t* text) const;
   int32_t Compare(const wchar_t* text, int32_t count) const;
   int32_t ICompare(const wchar_t* text) const;
+  // Index of the first match at or after `start`, or -1.
   int32_t Find(wchar_t ch, int32_t start = 0, bool caseSensitive = true) const;
   int32_t Find(const wchar_t* text, int32_t start = 0, bool caseSensitive = true) const;
   int32_t FindLast(wchar_t ch) const;
+  // Deletes `count` units from `pos`; -1 deletes to the end.
   void Delete(int32_t pos, int32_t count);
   void Insert(const wchar_t* text, int32_t pos);
   void Insert(wchar_t ch, int32_t pos);
+  // Writes one unit; at the end of the text it is appended when the buffer has room, elsewhere outside
+  // nothing is written.
   void SetAt(int32_t pos, wchar_t ch);
   void Overwrite(const wchar_t* text, int32_t pos);
   void TrimLeft();
   void TrimRight();
+  // Makes this the `count` units of `text` from `pos`; -1 takes the rest.
   void SetSubstring(const wchar_t* text, int32_t pos, int32_t count);
   void Left(const wchar_t* text, int32_t count);
   void Right(const wchar_t* text, int32_t count);
@@ -56,17 +62,28 @@ class WStr {
   int32_t Replace(const wchar_t* text, const wchar_t* replace);
   // The parts before and after the first `ch`; without one, `left` takes the whole text.
   void Split(wchar_t ch, WStr& left, WStr& right) const;
+  // printf formatting as the system's library has it (%s takes wide text); texts of 1999 units and more are
+  // kept whole but assert.
   void Format(const wchar_t* format, ...);
   void VFormat(const wchar_t* format, va_list args);
 
   static int32_t Length(const wchar_t* text);
   static int32_t ICompare(const wchar_t* a, const wchar_t* b);
   static const wchar_t* IFind(const wchar_t* text, const wchar_t* pattern);
+  // Formats into a buffer of `bufSize` units, bounded and terminated; returns the full length the text would
+  // have.
   static int32_t VFormat(wchar_t* buffer, int32_t bufSize, const wchar_t* format, va_list args);
 
  private:
-  void Reserve(int32_t needed);
-  void Free();
+  // Makes room for `needed` units and returns the buffer that was replaced, if any, so that a text inside it
+  // can still be copied.
+  std::unique_ptr<wchar_t[]> Reserve(int64_t needed);
+  void SetText(std::wstring_view text);
+  void InsertText(std::wstring_view text, int32_t pos);
+  int32_t ReplaceText(std::wstring_view text, std::wstring_view replace);
+  std::wstring_view View() const { return {mCharP, static_cast<size_t>(mLen)}; }
+  bool OwnsBuffer() const;
+  void CheckUnlocked() const;
 
   int32_t mLocked = 0;
   int32_t mCapacity = 0;
