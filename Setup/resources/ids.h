@@ -47,9 +47,9 @@
 #define IDC_PROGRESS_STOP 24
 
 /* 1700 */
-#define IDC_YES 6
-#define IDC_NO 7
-#define IDC_YES_TO_ALL 21
+#define IDC_ANSWER_YES 6
+#define IDC_ANSWER_NO 7
+#define IDC_ANSWER_YES_TO_ALL 21
 
 /* 1800, beside the open-file dialog's own ids */
 #define IDC_BROWSE_CREATE 1101
