@@ -42,11 +42,8 @@ int32_t Task_install_tt_font(const char* name, const char* args, void* data) {
 int32_t Task_remove_font_name(const char* name, const char* args, void* data) {
   if (!TaskActsNow(name, args, data)) return 1;
   SetProgressText(Message(kRemovingFonts));
-  const std::vector<Str> fields = TaskArgs(name, args);
-  if (fields.empty()) {
-    LogUnknownArgs(name);
-    return 1;
-  }
+  std::vector<Str> fields;
+  if (!TaskArgs(name, args, 1, fields)) return 1;
   if (!DefineTTSysDir()) {
     ShowError(Message(kNoFolderToRemove));
     return 1;

@@ -9,12 +9,8 @@
 #include "tasks/tasks.h"
 
 int32_t Task_set_ppt_macro(const char* name, const char* args, void* data) {
-  if (!TaskActsNow(name, args, data)) return 1;
-  const std::vector<Str> fields = TaskArgs(name, args);
-  if (fields.empty()) {
-    LogUnknownArgs(name);
-    return 1;
-  }
+  std::vector<Str> fields;
+  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
   const int32_t version = static_cast<int32_t>(std::strtol(fields[0], nullptr, 10));
   const int32_t row = FindPowerPntRow(version);
   if (row < 0) {

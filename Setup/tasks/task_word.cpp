@@ -23,12 +23,8 @@ Str ArgOr(const std::vector<Str>& args, size_t i) { return i < args.size() ? arg
 }  // namespace
 
 int32_t Task_set_word_macro(const char* name, const char* args, void* data) {
-  if (!TaskActsNow(name, args, data)) return 1;
-  const std::vector<Str> fields = TaskArgs(name, args);
-  if (fields.empty()) {
-    LogUnknownArgs(name);
-    return 1;
-  }
+  std::vector<Str> fields;
+  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
   const int32_t version = static_cast<int32_t>(std::strtol(fields[0], nullptr, 10));
   const int32_t row = FindWordRow(version);
   if (row < 0) {
@@ -58,12 +54,8 @@ int32_t Task_remove_word_macro(const char* name, const char* args, void* data) {
 }
 
 int32_t Task_fixup_word_migration(const char* name, const char* args, void* data) {
-  if (!TaskActsNow(name, args, data)) return 1;
-  const std::vector<Str> fields = TaskArgs(name, args);
-  if (fields.empty()) {
-    LogUnknownArgs(name);
-    return 1;
-  }
+  std::vector<Str> fields;
+  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
   DeleteMigratedMacros(fields[0], ArgOr(fields, 1));
   return 1;
 }

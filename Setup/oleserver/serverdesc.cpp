@@ -1,0 +1,71 @@
+#include "oleserver/serverdesc.h"
+
+namespace {
+
+constexpr std::string_view kProgIdPrefix = "Equation.";
+constexpr std::string_view kMakerCode = "KV";
+constexpr std::string_view kProductCode = "RX";
+constexpr std::string_view kProductProgram = "Veltrane";
+constexpr std::string_view kMicrosoft = "MS";
+
+// The product's releases 1 to 3 share this ProgID text.
+constexpr std::string_view kThirdRelease = "KVRX36";
+constexpr int32_t kThirdReleaseVersion = 3;
+
+char Lower(char ch) { return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch - 'A' + 'a') : ch; }
+
+bool EqualNoCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i)
+    if (Lower(a[i]) != Lower(b[i])) return false;
+  return true;
+}
+
+int32_t LeadingNumber(std::string_view text) {
+  constexpr int32_t kLimit = 100000000;
+  int32_t number = 0;
+  for (const char ch : text) {
+    if (ch < '0' || ch > '9' || number >= kLimit) break;
+    number = number * 10 + (ch - '0');
+  }
+  return number;
+}
+
+}  // namespace
+
+ServerDescription DescribeServer(std::string_view progId, std::string_view serverBaseName) {
+  ServerDescription server;
+  if (progId.find('.') == std::string_view::npos) {
+    server.own = EqualNoCase(serverBaseName, kProductProgram);
+    server.maker = server.own ? kMakerCode : kMicrosoft;
+    server.version = server.own ? kThirdReleaseVersion : 1;
+    return server;
+  }
+  std::string_view code = progId;
+  if (EqualNoCase(progId.substr(0, kProgIdPrefix.size()), kProgIdPrefix))
+    code.remove_prefix(kProgIdPrefix.size());
+  if (code.size() < 5) {
+    server.maker = kMicrosoft;
+    server.version = LeadingNumber(code);
+    return server;
+  }
+  server.maker = code.substr(0, 2);
+  server.own = EqualNoCase(code.substr(2, 2), kProductCode);
+  server.version = code == kThirdRelease ? kThirdReleaseVersion : LeadingNumber(code.substr(4));
+  return server;
+}
+
+std::string ServerProgram(std::string_view command) {
+  constexpr std::string_view kExe = ".exe";
+  while (!command.empty() && (command.front() == ' ' || command.front() == '\t')) command.remove_prefix(1);
+  if (!command.empty() && command.front() == '"') {
+    command.remove_prefix(1);
+    return std::string(command.substr(0, command.find('"')));
+  }
+  for (size_t i = 0; i + kExe.size() <= command.size(); ++i) {
+    const size_t end = i + kExe.size();
+    if (EqualNoCase(command.substr(i, kExe.size()), kExe) && (end == command.size() || command[end] == ' '))
+      return std::string(command.substr(0, end));
+  }
+  return std::string(command.substr(0, command.find(' ')));
+}
