@@ -29,13 +29,15 @@ class MemHandle {
 
   bool IsValid() const { return mHand != nullptr; }
   HGLOBAL Handle() const { return mHand; }
-  uint32_t Size() const { return mSize; }
+  uint32_t Size() const { return mSize; }  // as asked for: 0 for a block of one byte
+  // Keeps the handle; an empty object gets a block.
   void Resize(uint32_t size, uint32_t flags = 0);
   int32_t GetLockCount() const;
   void* Lock();
   void Unlock();
   // Gives up ownership; the object becomes empty.
   HGLOBAL Release();
+  // Read and Write transfer only the bytes that lie inside the block.
   void Read(uint32_t offset, uint32_t len, void* dest);
   void Write(uint32_t offset, uint32_t len, const void* source);
   // A copy of the contents on the ordinary heap.
@@ -45,6 +47,11 @@ class MemHandle {
   static int32_t LiveCount();
 
  private:
+  void Allocate(uint32_t size, uint32_t flags);
+  void CopyFrom(const MemHandle& other);
+  void Free();
+  bool IsUnlocked() const;
+
   HGLOBAL mHand = nullptr;
   uint32_t mSize = 0;
 };

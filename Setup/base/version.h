@@ -21,6 +21,8 @@ class Version {
   void ToText(Str& result, int32_t style) const;
 
  private:
+  bool IsLaterStageThan(const Version& other) const;
+
   int32_t mValid = 0;
   int32_t mMajor = 0;
   int32_t mMinor = 0;
