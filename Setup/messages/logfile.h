@@ -20,8 +20,8 @@ struct SystemFacts {
   uint16_t atmMinor = 0;
 };
 
-// Opens "QLSetup.log" in TempDir, else WinDir. When it cannot be made asks whether to go on (silent: yes); false only
-// when the user chose to stop. `ask` false never asks again.
+// Opens "QLSetup.log" in TempDir, else WinDir. When it cannot be made asks whether to go on (silent: yes);
+// false only when the user chose to stop. `ask` false never asks again.
 [[nodiscard]] bool OpenSetupLog(bool ask = true);
 // dirName + fileName; false when a log is open already or the file cannot be made.
 bool OpenLog(const char* dirName, const char* fileName);
@@ -32,5 +32,6 @@ void LogBlock(const char* text);
 void LogAssert(const char* text);
 void LogInternalError(uint32_t code);
 void LogSystemInfo(const SystemFacts& facts);
-// Closes the log and moves it to "<AppName><MajVersion>.log" in its folder; a name that still holds "<" leaves it.
+// Closes the log and moves it to "<AppName><MajVersion>.log" in its folder; a name that still holds "<"
+// leaves it where it is. False when no log is open.
 bool CloseAndRenameLog();

@@ -1,21 +1,21 @@
 #pragma once
-// VarList: ordered name/value list, newest first. Names are compared byte for byte. A frozen entry keeps its value.
+// VarList: ordered name/value list, newest first. Names are compared byte for byte. A frozen entry keeps its
+// value.
 #include <cstdint>
-#include <list>
-#include <string>
 
 #include "base/str.h"
+#include "messages/vartable.h"
 
 class VarList {
  public:
   enum GetFlags : uint32_t { kExpandThis = 1, kExpandApp = 2 };
 
-  VarList();
+  VarList() = default;
   VarList(const VarList&) = delete;
   VarList& operator=(const VarList&) = delete;
-  ~VarList();
 
-  // A leading "%" in the name freezes the variable, as does `isMutable` false.
+  // A leading "%" in the name freezes the variable, as does `isMutable` false. An empty name is logged and
+  // ignored.
   void Set(const char* varName, const char* value, bool isMutable = true);
   bool Get(const char* varName, Str& result) const;
   bool GetExpanded(const char* varName, Str& result, uint32_t flags) const;
@@ -25,27 +25,23 @@ class VarList {
   // "True"/"Yes"/"1" and "False"/"No"/"0"; anything else asserts and leaves `result`.
   bool GetBool(const char* varName, bool& result) const;
   void SetBool(const char* varName, bool flag, bool isMutable = true);
-  // Calls visitor(name, value, isMutable) from the newest on; stops and returns false as soon as it returns false.
+  // Calls visitor(name, value, isMutable) from the newest on; stops and returns false as soon as it returns
+  // false.
   template <class Visitor>
   bool ForEach(Visitor visitor) const {
-    for (const Node& node : mNodes)
-      if (!visitor(node.name.c_str(), node.value.c_str(), node.isMutable)) return false;
+    for (const Variable& variable : mTable.All())
+      if (!visitor(variable.name.c_str(), variable.value.c_str(), variable.isMutable)) return false;
     return true;
   }
-  // Replaces every <Name> of the list in `text`, repeatedly; returns the number of replacements. Ends after 10,000
-  // replacements or at 1 MiB with a log line that names the variable.
+  // Replaces every <Name> of the list in `text`, repeatedly; returns the number of replacements. Ends after
+  // 10,000 replacements or at 1 MiB with a log line that names the variable.
   int32_t Expand(Str& text, char open = '<', char close = '>') const;
   void Clear();
-  bool IsEmpty() const { return mNodes.empty(); }
+  bool IsEmpty() const { return mTable.All().empty(); }
 
  private:
-  struct Node {
-    std::string name;
-    std::string value;
-    bool isMutable;
-  };
-  const Node* FindNode(const char* varName) const;
-  std::list<Node> mNodes;
+  const Variable* FindVariable(const char* varName) const;
+  VarTable mTable;
 };
 
 // The process-wide application variable list.

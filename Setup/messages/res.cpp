@@ -1,0 +1,126 @@
+#include "messages/res.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/assert.h"
+#include "messages/restextrules.h"
+#include "messages/varlist.h"
+
+namespace {
+
+constexpr unsigned kFirstProgramId = 20000;
+constexpr int32_t kMaxPieces = 100;         // of one text; a chain that leads back into itself ends here
+constexpr int32_t kSharedStringLen = 1024;  // buffer of a piece for the shared text, terminator included
+constexpr int32_t kTagStringLen = 256;      // the same where only the tag is wanted
+
+HMODULE gLanguageModule = nullptr;
+HMODULE gProgramModule = nullptr;
+
+HMODULE ProgramModule() { return gProgramModule != nullptr ? gProgramModule : GetModuleHandleA(nullptr); }
+
+int32_t LoadFrom(HMODULE module, unsigned id, char* buffer, int32_t size) {
+  const int length = LoadStringA(module, id, buffer, size);
+  return length > 0 ? length : 0;
+}
+
+// The joined pieces of string strID + index, each loaded into a buffer of `size` bytes, without the tag.
+bool LoadText(unsigned strID, int32_t index, int32_t size, Str& result) {
+  result = "";
+  std::vector<char> buffer(static_cast<size_t>(size));
+  unsigned id = strID + static_cast<unsigned>(index);
+  for (int32_t count = 0; count < kMaxPieces; ++count) {
+    const int32_t length = LoadResString(id, buffer.data(), size);
+    if (length == 0 && count == 0) return false;
+    if (size == MAX_RES_STRING_LEN)
+      VT_ASSERT(length != MAX_RES_STRING_LEN - 1, "Str::Length(buf) != (MAX_RES_STRING_LEN - 1)");
+    const ResPiece piece = SplitPiece({buffer.data(), static_cast<size_t>(length)}, id, strID);
+    result.Append(piece.text);
+    if (piece.nextId == 0) break;
+    id = piece.nextId;
+  }
+
+  bool tagOpen = false;
+  const std::string text(WithoutTag(result.View(), tagOpen));
+  VT_ASSERT(!tagOpen, "pos >= 1");
+  result = text.c_str();
+  return true;
+}
+
+// String strID + index as it stands, in the caller's buffer.
+template <size_t size>
+std::string_view LoadRaw(unsigned strID, int32_t index, char (&buffer)[size]) {
+  LoadResString(strID + static_cast<unsigned>(index), buffer, size);
+  return buffer;
+}
+
+}  // namespace
+
+void SetLanguageModule(HMODULE module) { gLanguageModule = module; }
+
+HMODULE GetLanguageModule() { return gLanguageModule; }
+
+void SetProgramModule(HMODULE module) { gProgramModule = module; }
+
+HMODULE ModuleForResource(unsigned id) {
+  return id < kFirstProgramId && gLanguageModule != nullptr ? gLanguageModule : ProgramModule();
+}
+
+int32_t LoadResString(unsigned id, char* buffer, int32_t size) {
+  if (buffer == nullptr || size <= 0) return 0;
+  buffer[0] = '\0';
+  if (!VT_ASSERT(id != 0, "id != 0")) return 0;
+  const HMODULE chosen = ModuleForResource(id);
+  int32_t length = LoadFrom(chosen, id, buffer, size);
+  if (length == 0 && chosen != ProgramModule()) length = LoadFrom(ProgramModule(), id, buffer, size);
+  if (length == 0) buffer[0] = '\0';
+  return length;
+}
+
+bool ResStringExists(unsigned id) {
+  char buffer[2];
+  return LoadResString(id, buffer, sizeof(buffer)) > 0;
+}
+
+bool GetResStr(unsigned strID, int32_t index, Str& result, uint32_t flags) {
+  if (!LoadText(strID, index, MAX_RES_STRING_LEN, result)) return false;
+  if ((flags & kResExpand) != 0) AppVars().Expand(result);
+  return true;
+}
+
+void GetResStr(unsigned strID, int32_t index, char* buffer, int32_t strMax, uint32_t flags) {
+  if (buffer == nullptr || strMax <= 0) return;
+  Str temp;
+  GetResStr(strID, index, temp, flags);
+  VT_ASSERT(temp.Length() < strMax, "temp.Length() < strMax");
+  lstrcpynA(buffer, temp, strMax);
+}
+
+const char* GetResStr(unsigned strID) {
+  static Str shared;
+  if (!LoadText(strID, 0, kSharedStringLen, shared))
+    ReportMissingString();
+  else
+    AppVars().Expand(shared);
+  return shared;
+}
+
+void ReportMissingString() { VT_FAIL("Bad param to GetResStr: no string for strID = 0x<StrID,x>."); }
+
+void GetResStrAfterTag(unsigned strID, int32_t index, Str& result) {
+  char buffer[MAX_RES_STRING_LEN];
+  const std::string_view text = LoadRaw(strID, index, buffer);
+  result = text.substr(text.find('!') + 1);  // without a mark: the whole text
+}
+
+void GetResStrBeforeTag(unsigned strID, int32_t index, Str& result) {
+  char buffer[MAX_RES_STRING_LEN];
+  const std::string_view text = LoadRaw(strID, index, buffer);
+  result = text.substr(0, text.find('!'));
+}
+
+void GetResStrTag(unsigned strID, int32_t index, Str& result) {
+  char buffer[kTagStringLen];
+  result = TagOf(LoadRaw(strID, index, buffer));
+}
