@@ -12,16 +12,21 @@ add_library(vt_test_support STATIC ${VT_SUPPORT} ${CMAKE_SOURCE_DIR}/cmake/empty
 target_include_directories(vt_test_support PUBLIC ${CMAKE_SOURCE_DIR}/tests)
 target_link_libraries(vt_test_support PUBLIC vt_setup gtest)
 
-foreach(storey base platform messages stores ui script fonts oleserver office shell tasks installer sequence gui)
+set(VT_TEST_RC)
+if(EXISTS ${CMAKE_SOURCE_DIR}/Setup/resources/setup.rc)
+  set(VT_TEST_RC ${CMAKE_SOURCE_DIR}/Setup/resources/setup.rc)
+endif()
+foreach(storey ${VT_STOREYS} bench sequence gui)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${storey}/*_test.cpp)
   if(sources)
-    add_executable(${storey}_test ${sources} ${CMAKE_SOURCE_DIR}/Setup/resources/setup.rc)
+    add_executable(${storey}_test ${sources} ${VT_TEST_RC})
     target_include_directories(${storey}_test PRIVATE ${CMAKE_SOURCE_DIR}/Setup)
     target_link_libraries(${storey}_test PRIVATE vt_test_support)
     set_target_properties(${storey}_test PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${VT_BIN})
-    # Test bodies compare and cast freely; the program's own sources keep the strict level.
-    target_compile_options(${storey}_test PRIVATE
-      $<$<COMPILE_LANGUAGE:CXX>:-Wno-conversion -Wno-old-style-cast -Wno-null-dereference>)
+    # Test bodies compare and cast freely; the program's own sources keep the strict level. As a property of the
+    # sources these come after the options of the libraries.
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS
+      "-Wno-conversion;-Wno-old-style-cast;-Wno-null-dereference")
   endif()
 endforeach()
 
