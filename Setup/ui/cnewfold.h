@@ -4,5 +4,6 @@
 
 #include "base/str.h"
 
-// `created` receives the full path; false when cancelled.
+// A relative name is taken below the current folder. `created` receives the full path; false when cancelled,
+// and in a silent run. A folder that cannot be created is reported and the dialog stays.
 [[nodiscard]] bool AskNewFolder(HWND owner, Str& created);

@@ -12,8 +12,15 @@ HWND MainWindow();
 void FillWindowTexts(HWND window, const VarList& vars, bool withChildren);
 // Centres on the owner, else on the screen's work area.
 void CentreWindow(HWND window);
-// Runs a modal dialog from the language library's resources; -1 when it cannot be created.
+// Centres on the screen's work area whoever owns the window.
+void CentreOnScreen(HWND window);
+// The loaded dialog template (borrowed from the module), from the language library, else from the program;
+// null when neither has it.
+HGLOBAL LoadDialogTemplate(unsigned id);
+// Runs a modal dialog from the language library's resources; -1 when it cannot be created. In a silent run no
+// dialog is ever created.
 INT_PTR RunDialog(unsigned id, HWND owner, DLGPROC proc, LPARAM param);
+// Null when it cannot be created, and in a silent run.
 HWND CreateModelessDialog(unsigned id, HWND owner, DLGPROC proc, LPARAM param);
 // Text of a control, any length.
 Str GetControlText(HWND dialog, int id);
@@ -25,3 +32,15 @@ void SetModelessDialog(HWND dialog);
 void PumpFor(DWORD milliseconds);
 // Waits without limit for a handle while dispatching messages.
 void PumpUntilSignalled(HANDLE handle);
+
+// A dialog procedure around `Proc` that lets no exception out: the system's frames below it cannot be
+// unwound. Memory exhaustion inside leaves that one message unprocessed and shows again at the next
+// allocation outside.
+template <INT_PTR (*Proc)(HWND, UINT, WPARAM, LPARAM)>
+INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  try {
+    return Proc(dialog, message, wParam, lParam);
+  } catch (...) {
+    return FALSE;
+  }
+}

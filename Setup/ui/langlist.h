@@ -10,7 +10,7 @@
 
 constexpr int32_t kNoLanguage = -1;
 
-// Owns one loaded language library (as data file, never executed).
+// Owns one loaded language library (as data file, never executed). The program's own module is never freed.
 class CLangLib {
  public:
   CLangLib() = default;
@@ -26,19 +26,27 @@ class CLangLib {
   int32_t mLanguage = kNoLanguage;
 };
 
-// "0x040c,fr" -> 0x040c; none or 0 gives kNoLanguage.
+// "0x040c,fr" -> 0x040c: the hexadecimal number at the start, "0x" optional. 0, more than 16 bits and null
+// give kNoLanguage.
 int32_t ParseLanguage(const char* text);
+// The reverse: "0x040c,fr".
 Str LanguageText(int32_t language);
 // Lower-case ISO 639 abbreviation of a language; empty when Windows knows none (logged).
 Str LanguageAbbreviation(int32_t language);
 // Index of the best entry for `wanted`, -1 when none.
 int32_t BestIndex(const std::vector<int32_t>& list, int32_t wanted);
-// "<ShortAppKey>su<MajVersion>" expanded (libraries of the setup) or "<ShortAppKey><MajVersion>" (the product's).
+// "<ShortAppKey>su<MajVersion>" expanded (libraries of the setup) or "<ShortAppKey><MajVersion>" (the
+// product's). Empty, after an assertion, when the variables give no usable prefix.
 Str LibraryPrefix(bool product);
-// Language of a library file, or of the running program when `path` is null.
+// Language of a library file, or of the running program when `path` is null: that of the one translation in
+// its version resource. Any other number of them asserts and gives kNoLanguage.
 int32_t ModuleLanguage(const char* path);
-std::vector<int32_t> ListLanguages(const char* folder, bool product);
-// Loads the library for `language`; the program itself serves its own language.
+// The languages of the libraries in `folder` (a full path), each once, in the folder's order, and the
+// program's own. `pattern` ("VT6*.dll"), when given, restricts the files.
+std::vector<int32_t> ListLanguages(const char* folder, bool product, const char* pattern = nullptr);
+// Loads the library for `language` from CurrDir: the file named after the language when it really is of that
+// language, else the first library that is. Without one the program itself serves its own language. Sets
+// SysLang.
 [[nodiscard]] bool LoadLanguage(int32_t language);
 // The whole choice at start-up, with its log lines.
 [[nodiscard]] bool ChooseAndLoadLanguage();

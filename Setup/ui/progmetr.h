@@ -1,6 +1,6 @@
 #pragma once
-// The progress window (dialog 1600) with its two-coloured meter; also reports progress to the machine's registry
-// store. In a silent run only the window is missing.
+// The progress window (dialog 1600) with its two-coloured meter; also reports progress to the machine's
+// registry store. In a silent run only the window is missing.
 #include <windows.h>
 
 #include <cstdint>
@@ -10,7 +10,8 @@ void CloseProgressWindow();
 bool IsProgressWindowShown();
 // Shows and logs a text; while installing also written as "SetupMsg".
 void SetProgressText(const char* text);
-// While installing also written as "SetupPercent" when it changed. The meter is not drawn for a negative value.
+// While installing also written as "SetupPercent" when it changed. The meter is not drawn for a negative
+// value.
 void SetPercentage(int32_t percent);
 void ClearMeter();
 // The key of "SetupMsg"/"SetupPercent" is opened once per run; this lets it go.
