@@ -12,26 +12,33 @@ PACKAGES=(
   patchelf xvfb xdotool imagemagick locales bubblewrap python3 util-linux
 )
 
-installed_package() { [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+# Prints the packages of the list that are not installed.
+missing_packages() {
+  local have
+  have=" $(dpkg-query -W -f='${Package}=${db:Status-Status} ' "${PACKAGES[@]}" 2>/dev/null || true)"
+  local p
+  for p in "${PACKAGES[@]}"; do
+    case $have in
+      *" $p=installed "*) ;;
+      *) printf '%s\n' "$p" ;;
+    esac
+  done
+}
 
 # Installs what is missing. Quick when nothing is.
 ensure_packages() {
   command -v apt-get >/dev/null && command -v dpkg-query >/dev/null ||
     die "this machine has no apt-get: the bench needs Debian 12 or 13 (or a relative of them)"
-  local p missing=()
-  for p in "${PACKAGES[@]}"; do
-    installed_package "$p" || missing+=("$p")
-  done
-  [ ${#missing[@]} -eq 0 ] && return 0
-  with_lock packages install_packages
+  [ -z "$(missing_packages)" ] || {
+    make_cache
+    with_lock packages install_packages
+  }
 }
 
 install_packages() {
-  local p missing=()
-  for p in "${PACKAGES[@]}"; do
-    installed_package "$p" || missing+=("$p")
-  done
-  [ ${#missing[@]} -eq 0 ] && return 0
+  local missing
+  mapfile -t missing < <(missing_packages)
+  [ ${#missing[@]} -gt 0 ] || return 0
   logged apt-update "refreshing the package lists" refresh_lists
   logged apt-install "installing ${#missing[@]} packages: ${missing[*]}" \
     as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600 \
