@@ -2,6 +2,7 @@
 // KWinRegistry: one open registry key with its access mode. All text is 8-bit, system code page.
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 
 #include "base/str.h"
@@ -36,13 +37,17 @@ class KWinRegistry {
   bool DeleteKey(const char* name);
   // Copies every REG_SZ value and, recursively, every subkey into `destKey`.
   bool CopyKey(KWinRegistry& destKey);
-  // Name of subkey / name and data of value `index`; false at the end. Values other than REG_SZ are skipped by
-  // advancing `index` past them.
+  // Name of subkey / name and data of value `index`; false at the end. Values other than REG_SZ are skipped
+  // by advancing `index` past them; the caller counts it up once more for the next. The number of subkeys and
+  // values is that of the first call after opening or writing through this object.
   bool EnumSubKey(uint32_t index, Str& name);
   bool EnumValue(uint32_t& index, Str& name, Str& data);
 
  private:
+  void Attach(HKEY key, WinRegMode mode);
   bool LoadInfo();
+  bool CopyValues(KWinRegistry& destKey);
+  size_t NameBufferSize() const;
 
   HKEY mHKey = nullptr;
   bool mInfoCached = false;

@@ -22,6 +22,7 @@ enum DateKind : uint32_t { kDateModified = 2 };
 enum DateFlag : uint32_t { kSetCreated = 1, kSetModified = 2 };
 
 bool Exists(const char* path);
+// Exists and is a folder / a file. Something of the other kind counts as failed.
 bool IsDir(const char* path);
 bool IsFile(const char* path);
 // Creates the folder and any missing parents.
@@ -31,9 +32,11 @@ bool IsFile(const char* path);
 bool DeleteEmptyDir(const char* dirPath);
 // Clears the read-only attribute and deletes the file.
 bool Delete(const char* path);
-// Copies beside the target and renames, so that no torn file ever stands under the final name.
+// Copies with attributes and dates, beside the target and then renamed, so that no torn file ever stands
+// under the final name. A target that may be overwritten loses its read-only attribute first.
 [[nodiscard]] bool Copy(const char* srcPath, const char* destPath, bool failIfExists);
 [[nodiscard]] bool Rename(const char* oldPath, const char* newPath);
+// In bytes, at most 0xFFFFFFFF; 0 when the file cannot be opened.
 bool GetSize(const char* path, uint32_t& size);
 // Free kilobytes of the path's volume, at most 0xFFFFFFFF.
 [[nodiscard]] bool GetFreeKB(const char* volPath, uint32_t& kb);
@@ -47,10 +50,14 @@ bool SetFileAttribute(const char* path, uint32_t attr, bool on);
 [[nodiscard]] bool SetCurDir(const char* dirPath);
 // A unique temporary file, created empty, in `dir` (null: the temporary folder).
 [[nodiscard]] bool GetUniqueName(const char* dir, const char* prefix, Str& path);
-// A path not yet taken: `base` (folder and name without extension) plus `ext`, else numbered "<base>_01<ext>", ...
-// False when no free name could be found.
+// A path not yet taken: `base` (folder and name without extension) plus `ext`, else numbered
+// "<base>_01<ext>", ... False when no free name could be found.
 [[nodiscard]] bool GetUniqueName(const Str& base, const Str& ext, Str& path);
 // Replaces every component by its long, true-case name.
 [[nodiscard]] bool GetLongName(Str& path);
+
+// Told the full path of each temporary file before it is created. Null: nobody. Returns the former hook.
+using TempNameHook = void (*)(const char* path);
+TempNameHook SetTempNameHook(TempNameHook hook);
 
 }  // namespace FS

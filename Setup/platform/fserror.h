@@ -16,5 +16,7 @@ uint32_t LastError();
 void SetLastError(uint32_t error);
 // Maps a Windows error code and stores the result.
 void SetFromSystem(DWORD systemError);
+// Maps an errno value of the run-time library and stores the result.
+void SetFromRunTime(int runTimeError);
 
 }  // namespace FS

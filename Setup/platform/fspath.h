@@ -29,6 +29,7 @@ class FSPath {
   int32_t Length() const { return mPath.Length(); }
   bool IsEmpty() const { return mPath.IsEmpty(); }
 
+  // A path without volume comes out rooted when compVolume is asked for: make it full first.
   void GetComponents(uint32_t flags, Str& out) const;
   Str Components(uint32_t flags) const;
   Str FileName() const { return Components(compFileName); }

@@ -1,0 +1,17 @@
+#pragma once
+// Keeps Windows from showing its own "insert a disk" box while a drive without medium is asked; the call then
+// simply fails.
+#include <windows.h>
+
+class CriticalErrorGuard {
+ public:
+  CriticalErrorGuard() : mOldMode(SetErrorMode(SEM_FAILCRITICALERRORS)) {
+    SetErrorMode(mOldMode | SEM_FAILCRITICALERRORS);
+  }
+  CriticalErrorGuard(const CriticalErrorGuard&) = delete;
+  CriticalErrorGuard& operator=(const CriticalErrorGuard&) = delete;
+  ~CriticalErrorGuard() { SetErrorMode(mOldMode); }
+
+ private:
+  UINT mOldMode;
+};

@@ -1,0 +1,47 @@
+#include "platform/fstemp.h"
+
+#include <windows.h>
+
+#include "platform/errormode.h"
+#include "platform/fs.h"
+#include "platform/fsattr.h"
+
+namespace FS {
+namespace {
+
+constexpr uint32_t kNumbers = 0xFFFF;  // the system forms names from 16 bits, 0 excluded
+
+TempNameHook gTempNameHook = nullptr;
+
+}  // namespace
+
+TempNameHook SetTempNameHook(TempNameHook hook) {
+  const TempNameHook former = gTempNameHook;
+  gTempNameHook = hook;
+  return former;
+}
+
+TempNames::TempNames(const char* dir, const char* prefix)
+    : mDir(dir), mPrefix(prefix), mNumber(GetTickCount() + GetCurrentProcessId()) {}
+
+bool TempNames::Next() {
+  CriticalErrorGuard guard;
+  while (mTried++ < kNumbers) {
+    const UINT number = mNumber++ % kNumbers + 1;
+    char buffer[MAX_PATH];
+    // With a number given, the system only forms the name.
+    if (!GetTempFileNameA(mDir, mPrefix, number, buffer)) {
+      SetFromSystem(::GetLastError());
+      return false;
+    }
+    DWORD attributes = 0;
+    if (QueryAttributes(buffer, attributes)) continue;
+    mPath = buffer;
+    if (gTempNameHook) gTempNameHook(mPath);
+    return true;
+  }
+  SetLastError(fsErrFailed);
+  return false;
+}
+
+}  // namespace FS
