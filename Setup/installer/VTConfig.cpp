@@ -1,0 +1,230 @@
+#include "installer/VTConfig.h"
+
+#include "base/assert.h"
+#include "base/runstate.h"
+#include "messages/format.h"
+#include "messages/logfile.h"
+#include "messages/res.h"
+#include "platform/fileversion.h"
+#include "platform/folders.h"
+#include "platform/fs.h"
+#include "platform/fspath.h"
+#include "resources/ids.h"
+#include "stores/ini.h"
+#include "stores/varlist2.h"
+#include "ui/err.h"
+
+namespace {
+
+constexpr char kConfigSection[] = "Config";
+constexpr char kConfigVersionName[] = "QLCMajVersion";
+// The configuration file's own major version: part of its name and of its contents.
+constexpr char kConfigVersion[] = "6";
+constexpr char kBuildNumber[] = "200707050000";
+constexpr uint32_t kOtherVersion = 0x80000000;
+
+struct ResourceVariable {
+  const char* name;
+  unsigned textId;
+};
+
+// Filled in this order.
+constexpr ResourceVariable kResourceVariables[] = {
+    {"ServerName", 259},      {"ReadMeName", 266},  {"HelpName", 267},       {"RemoveName", 528},
+    {"RemoveWkstnName", 529}, {"AppLinkDesc", 544}, {"ServerLinkDesc", 545}, {"EqnConvMgrLinkDesc", 546},
+    {"EqnConvMgr", 799},      {"SetupName", 265},   {"BackgroundText", 788},
+};
+
+// What a configuration file says beside its own version, as far as the variables exist.
+constexpr const char* kRecordedVariables[] = {"AppName", "MajVersion", "MinVersion", "ShortAppKey",
+                                              "Version", "BuildNum",   "ProgDir",    "InstallFromDir"};
+
+constexpr const char* kSearchFolders[] = {"ProgDir", "CurrDir", "InstallFromDir"};
+
+void SetUnlessSet(const char* name, const char* value) {
+  if (!AppVariableExists(name)) AppSetVariable(name, value);
+}
+
+// A drive without a folder would stand for that drive's current folder.
+Str RootedFolder(Str folder) {
+  if (folder.Length() == 2 && folder.Chars()[1] == ':') folder += '\\';
+  return folder;
+}
+
+void MergeConfigSection(const char* storeVariable) {
+  const Str path = AppGetExpanded(storeVariable);
+  if (path.IsEmpty()) return;
+  const IniStorePtr store = IniOpen(path, true);
+  if (store) LoadSection(store.get(), kConfigSection);
+}
+
+enum class Candidate { kMatches, kAnotherVersion, kUnreadable };
+
+Candidate ReadCandidate(const char* path, VarList& list) {
+  if (ReadConfigFile(list, path) != kCfgOK) return Candidate::kUnreadable;
+  Str version;
+  if (!list.Get(kConfigVersionName, version)) return Candidate::kAnotherVersion;
+  return version == AppGetExpanded("MajVersion") ? Candidate::kMatches : Candidate::kAnotherVersion;
+}
+
+void Merge(const VarList& from, VarList& into) {
+  from.ForEach([&into](const char* name, const char* value, bool isMutable) {
+    into.Set(name, value, isMutable);
+    return true;
+  });
+}
+
+// Tries one file; tells what came of it.
+Candidate TryCandidate(const Str& path) {
+  VarList list;
+  const Candidate result = ReadCandidate(path, list);
+  const Message line = Message("Opening config file at <ConfigPath>: <Success>", kTemplateLiteral)
+                           .With("Success", result == Candidate::kMatches ? "Success" : "Failed")
+                           .With("ConfigPath", path);
+  if (result == Candidate::kUnreadable && Run().IsWorkstation()) {
+    LogError(line);
+  } else {
+    LogLine(line);
+  }
+  if (result == Candidate::kMatches) {
+    Merge(list, ConfigList());
+    AppSetVariable("ConfigPath", path);
+  }
+  return result;
+}
+
+// Remembers whether a file was read-only and hidden, and puts that back. A file that does not exist counts as
+// both.
+class KeptAttributes {
+ public:
+  explicit KeptAttributes(const char* path) : mPath(path) {
+    if (!FS::Exists(path)) return;
+    mExisted = true;
+    mLocked = mHidden = false;
+    VT_ASSERT(FS::GetFileAttribute(path, FS::kAttrLock, mLocked),
+              "FS::GetFileAttribute(path,FS::kAttrLock,locked)");
+    VT_ASSERT(FS::GetFileAttribute(path, FS::kAttrHidden, mHidden),
+              "FS::GetFileAttribute(path,FS::kAttrHidden,hidden)");
+    FS::SetFileAttribute(path, FS::kAttrLock, false);
+  }
+  KeptAttributes(const KeptAttributes&) = delete;
+  KeptAttributes& operator=(const KeptAttributes&) = delete;
+  ~KeptAttributes() {
+    if (!FS::Exists(mPath)) return;
+    if (mLocked) FS::SetFileAttribute(mPath, FS::kAttrLock, true);
+    if (mHidden) FS::SetFileAttribute(mPath, FS::kAttrHidden, true);
+  }
+  bool Existed() const { return mExisted; }
+
+ private:
+  Str mPath;
+  bool mExisted = false;
+  bool mLocked = true;
+  bool mHidden = true;
+};
+
+}  // namespace
+
+VarList& ConfigList() {
+  static VarList list;
+  return list;
+}
+
+void SetProgramFolders(const Str& modulePath) {
+  Str folder;
+  folder.Left(modulePath, modulePath.FindLast('\\') < 0 ? 0 : modulePath.FindLast('\\'));
+  AppSetVariable("CurrDir", folder);
+  AppSetVariable("SetupHelpDir", folder);
+  SetUnlessSet("InstallFromDir", RootedFolder(folder));
+}
+
+void SetResourceVariables() {
+  for (const ResourceVariable& row : kResourceVariables) {
+    if (AppVariableExists(row.name)) continue;
+    Str text;
+    if (GetResStr(row.textId, 0, text, 0)) AppSetVariable(row.name, text);
+  }
+}
+
+void SetProductVariables(const Str& modulePath) {
+  SetUnlessSet("ProgName", "Setup");
+  SetUnlessSet("CopyrightYear", "2007");
+  AppSetVariable("BuildNum", kBuildNumber);
+  Str version;
+  if (GetFileVersionText(modulePath, version)) AppSetVariable("Version", version);
+}
+
+void SetNameVariables() {
+  Str text;
+  if (AppGetVariable("CurrDir", text)) AppSetVariable("SetupHelpDir", text);
+  SetUnlessSet("HelpFile", "<SetupHelpDir>\\setup.chm");
+  if (Folders::GetWindowsDir(text)) AppSetVariable("WinDir", text);
+  if ((Run().setupFlags & kOleMgrOnly) != 0 && AppGetVariable("EqnConvMgr", text)) {
+    AppSetVariable("SetupName", text);
+    AppSetVariable("BackgroundText", text);
+  }
+}
+
+void MergeBuiltInSettings() {
+  const IniStorePtr store = IniOpenStrList(IDS_BUILTIN_SETTINGS);
+  if (store) LoadSection(store.get(), kConfigSection);
+}
+
+void MergeStoredSettings() {
+  MergeConfigSection("MachRegKey");
+  MergeConfigSection("UserRegKey");
+}
+
+bool FindConfiguration() {
+  const Str name = MakeTemplate("<ShortAppKey><MajVersion>.qlc", kTemplateExpand);
+  if (!VT_ASSERT(name.Find('<') < 0, "name.Find('<') < 0")) return false;
+  for (const char* variable : kSearchFolders) {
+    const Str folder = AppGetExpanded(variable);
+    if (folder.IsEmpty()) continue;
+    const Candidate result = TryCandidate(JoinPath(folder, name));
+    if (result == Candidate::kMatches) return true;
+    // A workstation runs from the one shared copy: what lies there and cannot be read is not worked around.
+    if (result == Candidate::kUnreadable && Run().IsWorkstation()) return false;
+  }
+  return !Run().IsWorkstation();
+}
+
+uint32_t ReadConfigurationAtProgDir() {
+  VT_ASSERT(AppVariableExists("ProgDir"), "AppVariableExists(sProgDir)");
+  const Str path = ConfigurationPath();
+  VarList list;
+  Str text;
+  if (ReadConfigFile(list, path) != kCfgOK) {
+    text.Format("Could not read QLC at %s.", path.Chars());
+    ShowError(text);
+    return kCfgOpenFailed;
+  }
+  Str version;
+  list.Get(kConfigVersionName, version);
+  if (!(version == kConfigVersion)) {
+    text.Format("Version mismatch (%s != %s) with QLC at %s.", version.Chars(), kConfigVersion, path.Chars());
+    ShowError(text);
+    return kOtherVersion;
+  }
+  Merge(list, AppVars());
+  AppSetVariable("ConfigPath", path);
+  return kLoadSectionOK;
+}
+
+Str ConfigurationPath() { return MakeTemplate("<ProgDir>\\<ShortAppKey>6.QLC", kTemplateExpand); }
+
+void CollectConfiguration() {
+  ConfigList().Set(kConfigVersionName, kConfigVersion);
+  for (const char* name : kRecordedVariables)
+    if (AppVariableExists(name)) ConfigList().Set(name, AppGetExpanded(name));
+}
+
+bool WriteConfiguration(const char* path, const VarList& list) {
+  const KeptAttributes attributes(path);
+  FSPath temporary(path);
+  temporary.SetExtension(".tmp");
+  if (FS::Exists(temporary)) FS::Delete(temporary);
+  if (WriteConfigFile(list, temporary) != kCfgOK) return false;
+  if (attributes.Existed() && !FS::Delete(path)) return false;
+  return FS::Rename(temporary, path);
+}

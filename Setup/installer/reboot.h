@@ -1,0 +1,5 @@
+#pragma once
+// Restarting Windows at the end of a run.
+
+// False when the privilege is missing or Windows refuses.
+[[nodiscard]] bool RestartWindows();
