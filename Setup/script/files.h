@@ -14,16 +14,19 @@ struct FileRecord {
   int32_t hidden;
 };
 
-// Empties the list and its totals; false when memory is short.
+// Empties the list and its totals, and deletes what a killed run left; false when memory is short.
 [[nodiscard]] bool PrepareFileList();
-// False when the same destination is listed already.
-bool AddFile(const char* destName, const char* destDir, const char* srcPath, int32_t disk, uint32_t size, bool hidden);
+// False when the same destination is listed already, or when a path is too long for a record (logged).
+bool AddFile(const char* destName, const char* destDir, const char* srcPath, int32_t disk, uint32_t size,
+             bool hidden);
 int32_t GetNumFiles();
 FileRecord GetFileRec(int32_t recNum);
 // Index of the first record of that destination name (any case), or -1.
 int32_t FindFile(const char* fileName);
 // Highest disk number listed.
 int32_t NDisks();
+// Sum of all sizes in bytes.
+uint64_t TotalFileSize();
 // False when the user cancelled (the abort flag is set).
 [[nodiscard]] bool CheckSpace();
 [[nodiscard]] bool CopyAll();

@@ -5,8 +5,8 @@
 
 #include "base/str.h"
 
-// Settles `ProgDir` or `InstallFromDir` from itself and its ini_ and cmd_ forms. `noDialog`: no dialog will be shown,
-// so the command line wins.
+// Settles `ProgDir` or `InstallFromDir` from itself and its ini_ and cmd_ forms. `noDialog`: no dialog will
+// be shown, so the command line wins.
 void ResolveFolderVariable(const char* name, bool noDialog);
 
 struct RemovalOption {

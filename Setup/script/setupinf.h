@@ -1,5 +1,6 @@
 #pragma once
-// SetupScript: the setup script, walked section by section, line by line, each line handed to a handler by its kind.
+// SetupScript: the setup script, walked section by section, line by line, each line handed to a handler by
+// its kind.
 #include <cstdint>
 
 #include "base/str.h"
@@ -25,7 +26,8 @@ struct InfHandlers {
 
 class SetupScript {
  public:
-  explicit SetupScript(VarList& variables, void (*log)(const char* text)) : mVariables(variables), mLog(log) {}
+  explicit SetupScript(VarList& variables, void (*log)(const char* text))
+      : mVariables(variables), mLog(log) {}
   [[nodiscard]] InfResult Open(const char* path, bool readOnly);
   void Close();
   bool IsOpen() const { return mIsOpen; }
@@ -33,13 +35,21 @@ class SetupScript {
   InfResult DoItem(const char* section, const char* key, const InfHandlers& handlers, void* context);
   InfResult DoSection(const char* section, const InfHandlers& handlers, void* context);
   InfResult ProcessLine(const char* key, const char* value, const InfHandlers& handlers, void* context);
+  // The line in work, for log lines: section "<name>", line "<key>". Empty outside a section.
+  Str Place() const;
 
  private:
+  InfResult WalkSection(const char* section, const InfHandlers& handlers, void* context);
+  InfResult DoNested(Str name, const InfHandlers& handlers, void* context);
   InfResult DoFileLine(const char* key, const InfHandlers& handlers, void* context);
+  InfResult NoSection(const char* section);
+  void Log(const char* text) const;
 
   bool mIsOpen = false;
   bool mReadOnly = true;
-  int32_t mDepth = 0;
+  int32_t mDepth = 0;  // of nested sections
+  Str mSection;        // the section and the line in work
+  Str mKey;
   IniStorePtr mStore;
   VarList& mVariables;
   void (*mLog)(const char* text);
@@ -48,11 +58,16 @@ class SetupScript {
 // The run's script, working on the application variable list and the log.
 SetupScript& Script();
 
-// The standard handlers. The file handler adds to the file list of files.h.
-int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, const char* dest, int32_t& size,
-                            void* context);
+// The standard handlers; each returns 1. The file handler adds to the file list of files.h.
+int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, const char* dest,
+                            int32_t& size, void* context);
 int32_t RegistryLineHandler(const char* key, const char* value, void* context);
 int32_t VariableHandler(const char* name, const char* value, void* context);
 
-// "HKEY_X\Key\path\Value" split at the first and the last backslash; false without two backslashes.
+// Logs an error followed by the place in the script that caused it.
+void LogScriptError(const char* text);
+
+// "HKEY_X\Key\path\Value" split at the first and the last backslash. False without two backslashes, and for a
+// key path that is empty or has an empty component: one typo (or one unset variable) must never reach a key
+// further up.
 [[nodiscard]] bool SplitRegistryLine(const char* text, Str& root, Str& keyPath, Str& valueName);

@@ -16,6 +16,7 @@ enum CopyStatus : uint32_t {
   vcAccessViolation = 0x80,
   vcDiffType = 0x100,
   vcSourceUnreadable = 0x200,
+  vcReserved = 0x400,  // never set here, but it counts as "cannot read"
   vcCompressedUnreadable = 0x800,
   vcExpandedNameUnknown = 0x1000,
   vcNoSourceName = 0x2000,
@@ -24,6 +25,11 @@ enum CopyStatus : uint32_t {
   vcConflict = vcSourceOld | vcDiffLanguage | vcDiffCodePage | vcDiffType,
 };
 
-// `destFile` is a full path, or empty to receive the path where the file was installed.
+// `destFile` is a full path, or empty to receive the path where the file was installed. A missing destination
+// folder is made. `force` installs even over a newer or different file. Nothing is shown.
 uint32_t VersionCopy(const char* szSourceFile, Str& destFile, bool force);
 uint32_t VersionCopy(const char* szSourceFile, const char* destFile, bool force);
+
+// Status of the install function's answer `installCodes` (VIF_ bits, VIF_MISMATCH ignored). `destWritable`:
+// the destination exists and is not read-only, so that refused access means a running program.
+uint32_t StatusOfInstall(uint32_t installCodes, bool destWritable);

@@ -1,0 +1,83 @@
+#include "script/leftovers.h"
+
+#include <algorithm>
+
+#include "platform/pathparts.h"
+
+namespace {
+
+constexpr char kKeep = 'K';
+constexpr char kFolder = 'D';
+constexpr char kFile = 'F';
+constexpr char kForget = 'X';
+
+std::string Note(char kind, std::string_view text) {
+  std::string line(1, kind);
+  line += ' ';
+  line += text;
+  line += '\n';
+  return line;
+}
+
+char ToLower(char ch) { return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch + ('a' - 'A')) : ch; }
+
+bool StartsWith(std::string_view text, std::string_view lowerPrefix) {
+  if (text.size() < lowerPrefix.size()) return false;
+  for (size_t i = 0; i < lowerPrefix.size(); ++i)
+    if (ToLower(text[i]) != lowerPrefix[i]) return false;
+  return true;
+}
+
+bool IsHexDigit(char ch) {
+  const char lower = ToLower(ch);
+  return (lower >= '0' && lower <= '9') || (lower >= 'a' && lower <= 'f');
+}
+
+}  // namespace
+
+std::string FolderNote(std::string_view dir, const std::vector<std::string>& keep) {
+  std::string note;
+  for (const std::string& name : keep) note += Note(kKeep, name);
+  note += Note(kFolder, dir);
+  return note;
+}
+
+std::string FileNote(std::string_view path) { return Note(kFile, path); }
+
+std::string ForgetNote(std::string_view path) { return Note(kForget, path); }
+
+LeftoverNotes ParseLeftoverNotes(std::string_view text) {
+  LeftoverNotes notes;
+  std::vector<std::string> keep;
+  for (size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(end + 1);
+    if (line.size() < 3 || line[1] != ' ') continue;
+    const std::string item(line.substr(2));
+    if (line[0] == kKeep) {
+      keep.push_back(item);
+    } else if (line[0] == kFolder) {
+      if (PathText::IsFull(item)) notes.folders.push_back({item, std::move(keep)});
+      keep.clear();
+    } else if (line[0] == kFile) {
+      if (PathText::IsFull(item)) notes.files.push_back(item);
+    } else if (line[0] == kForget) {
+      notes.files.erase(std::remove(notes.files.begin(), notes.files.end(), item), notes.files.end());
+    }
+  }
+  return notes;
+}
+
+bool IsInstallTempName(std::string_view name) {
+  constexpr std::string_view kStart = "ver";
+  constexpr std::string_view kEnd = ".tmp";
+  if (!StartsWith(name, kStart) || name.size() <= kStart.size() + kEnd.size()) return false;
+  const std::string_view digits = name.substr(kStart.size(), name.size() - kStart.size() - kEnd.size());
+  return digits.size() <= 4 && std::all_of(digits.begin(), digits.end(), IsHexDigit) &&
+         StartsWith(name.substr(name.size() - kEnd.size()), kEnd);
+}
+
+bool IsOwnTempPath(std::string_view path) {
+  const size_t slash = path.rfind('\\');
+  return slash != std::string_view::npos && slash + 1 < path.size() && path[slash + 1] == '~';
+}

@@ -1,0 +1,197 @@
+#include "script/verscopy.h"
+
+#include <windows.h>
+
+#include "base/assert.h"
+#include "base/runstate.h"
+#include "messages/logfile.h"
+#include "platform/fs.h"
+#include "script/filerecord.h"
+#include "script/shortnames.h"
+#include "script/tempnotes.h"
+#include "script/versionapi.h"
+
+namespace {
+
+constexpr UINT kPathSize = FS::kMaxPathNameLen;  // bytes, terminator included
+constexpr DWORD kForce = VIFF_FORCEINSTALL | VIFF_DONTDELETEOLD;
+
+// Everything one call works with.
+struct CopyJob {
+  Str sourcePath;
+  Str srcName;
+  Str srcDir;
+  Str destName;
+  Str destDir;
+  char curDir[kPathSize] = "";      // where a copy was found
+  char installDir[kPathSize] = "";  // where the file belongs
+};
+
+struct BitRow {
+  uint32_t installBit;
+  uint32_t status;
+};
+constexpr BitRow kBits[] = {
+    {VIF_OUTOFMEMORY, vcOutOfMemory},
+    {VIF_OUTOFSPACE, vcDestFull},
+    {VIF_SRCOLD, vcSourceOld},
+    {VIF_DIFFLANG, vcDiffLanguage},
+    {VIF_DIFFCODEPG, vcDiffCodePage},
+    {VIF_CANNOTREADDST, vcDestUnreadable},
+    {VIF_ACCESSVIOLATION, vcAccessViolation},
+    {VIF_DIFFTYPE, vcDiffType},
+    {VIF_CANNOTREADSRC, vcSourceUnreadable},
+};
+
+bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
+
+void SplitPath(const Str& path, Str& dir, Str& name) {
+  std::string_view dirPart;
+  std::string_view namePart;
+  SplitPathText(path.View(), IsLeadByte, dirPart, namePart);
+  dir = dirPart;
+  name = namePart;
+}
+
+void LogCode(const char* text, uint32_t code) {
+  Str line;
+  line.Format("%s %d", text, static_cast<int>(code));
+  LogLine(line);
+}
+
+uint32_t Refuse(const char* what, const char* path) {
+  Str line;
+  line.Format("VersionCopy: %s: %s", what, path);
+  LogError(line);
+  return vcOther;
+}
+
+// The name that the source has once expanded.
+uint32_t DeriveDestName(const VersionApi& api, CopyJob& job) {
+  char source[kPathSize];
+  char expanded[kPathSize] = "";
+  lstrcpynA(source, job.sourcePath, kPathSize);
+  OFSTRUCT info = {};
+  info.cBytes = sizeof(info);
+  const INT file = api.lzOpenFile(source, &info, OF_READ | OF_SHARE_DENY_WRITE);
+  if (file < 0) return vcCompressedUnreadable;
+  const INT result = api.getExpandedName(source, expanded);
+  api.lzClose(file);
+  if (result < 0) return vcExpandedNameUnknown;
+  Str dir;
+  SplitPath(Str(expanded), dir, job.destName);
+  return job.destName.IsEmpty() ? static_cast<uint32_t>(vcExpandedNameUnknown) : 0;
+}
+
+// Where the file belongs and whether the copy there is in use.
+uint32_t FindPlace(const VersionApi& api, CopyJob& job) {
+  char windowsDir[kPathSize] = "";
+  const UINT length = GetWindowsDirectoryA(windowsDir, kPathSize);
+  VT_ASSERT(length > 0 && length < kPathSize, "GetWindowsDirectory");
+  const DWORD flags = job.destDir.IsEmpty() ? VFFF_ISSHAREDFILE : 0;
+  if (job.destDir.IsEmpty()) job.destDir = windowsDir;
+  UINT curDirLen = kPathSize;
+  UINT installDirLen = kPathSize;
+  const DWORD found = api.verFindFile(flags, job.destName, windowsDir, job.destDir, job.curDir, &curDirLen,
+                                      job.installDir, &installDirLen);
+  job.curDir[kPathSize - 1] = '\0';
+  job.installDir[kPathSize - 1] = '\0';
+  if ((found & VFF_FILEINUSE) != 0 && job.destDir.ICompare(job.curDir) == 0) return vcInUse;
+  return (found & VFF_BUFFTOOSMALL) != 0 ? static_cast<uint32_t>(vcBufferTooSmall) : 0;
+}
+
+// One call of the install function, with its temporary file removed again. `error` receives the system's
+// error.
+DWORD CallInstall(const VersionApi& api, DWORD flags, const CopyJob& job, const char* destName,
+                  DWORD& error) {
+  char tmpFile[kPathSize] = "";
+  UINT tmpFileLen = kPathSize;
+  const DWORD result = api.verInstallFile(flags, job.srcName, destName, job.srcDir, job.installDir,
+                                          job.curDir, tmpFile, &tmpFileLen);
+  error = GetLastError();
+  tmpFile[kPathSize - 1] = '\0';
+  if ((result & VIF_TEMPFILE) != 0 && tmpFile[0] != '\0') FS::Delete(JoinPath(job.installDir, tmpFile));
+  return result;
+}
+
+bool IsWritableFile(const char* path) {
+  bool locked = false;
+  return FS::IsFile(path) && FS::GetFileAttribute(path, FS::kAttrLock, locked) && !locked;
+}
+
+uint32_t MyVerInstallFile(const VersionApi& api, DWORD flags, CopyJob& job) {
+  const Str target = JoinPath(job.installDir, job.destName);
+  FS::SetFileAttribute(target, FS::kAttrLock, false);  // a missing file has none to clear
+  Str destName = job.destName;
+  Str temporary;  // Windows 95/98: the short-named file that becomes `target`
+  if (Run().IsWin9x()) UseShortNames(job.sourcePath, target, job.srcName, destName, temporary);
+
+  DWORD error = 0;
+  DWORD result = CallInstall(api, flags, job, destName, error);
+  if (result != 0) LogCode("VerInstallFile: GetLastError", error);
+  constexpr DWORD kNoReason = VIF_MISMATCH | VIF_TEMPFILE;
+  if ((result & VIF_MISMATCH) != 0 && (result & ~kNoReason) == 0)
+    result = CallInstall(api, kForce, job, destName, error);
+
+  const uint32_t status = StatusOfInstall(result, IsWritableFile(target));
+  if (status == vcOther) LogCode("MyVerInstallFile: installCodes", result);
+  if (result != 0) SweepInstallFolder(job.installDir);
+  if (!temporary.IsEmpty()) FinishShortNames(status == 0, temporary, target);
+  return status;
+}
+
+uint32_t InstallInto(const VersionApi& api, bool force, CopyJob& job) {
+  FSPath place(job.installDir);
+  if (place.IsEmpty()) place = FSPath(job.destDir);
+  if (!place.MakeFull() || place.Length() >= static_cast<int32_t>(kPathSize))
+    return Refuse("no usable folder", job.destDir);
+  lstrcpynA(job.installDir, place, kPathSize);
+  if (JoinPath(job.installDir, job.destName).Length() >= static_cast<int32_t>(kPathSize))
+    return Refuse("the path is too long", job.destName);
+  if (!FS::CreateDir(job.installDir)) return Refuse("the folder cannot be made", job.installDir);
+  const TempNotesScope scope;
+  NoteInstallFolder(job.installDir);
+  return MyVerInstallFile(api, force ? kForce : VIFF_DONTDELETEOLD, job);
+}
+
+}  // namespace
+
+uint32_t StatusOfInstall(uint32_t installCodes, bool destWritable) {
+  // A held source is no held destination.
+  const bool held = (installCodes & VIF_SHARINGVIOLATION) != 0 && (installCodes & VIF_CANNOTREADSRC) == 0;
+  constexpr uint32_t kRunning = VIF_ACCESSVIOLATION | VIF_CANNOTDELETE;
+  if ((installCodes & VIF_FILEINUSE) != 0 || held || ((installCodes & kRunning) == kRunning && destWritable))
+    return vcInUse;
+  installCodes &= ~static_cast<uint32_t>(VIF_MISMATCH);
+  if (installCodes == 0) return 0;
+  uint32_t status = 0;
+  for (const BitRow& row : kBits)
+    if ((installCodes & row.installBit) != 0) status |= row.status;
+  return status != 0 ? status : static_cast<uint32_t>(vcOther);
+}
+
+uint32_t VersionCopy(const char* szSourceFile, Str& destFile, bool force) {
+  if (!VT_ASSERT(szSourceFile != nullptr, "szSourceFile")) return vcNoSourceName;
+  CopyJob job;
+  job.sourcePath = szSourceFile;
+  SplitPath(job.sourcePath, job.srcDir, job.srcName);
+  SplitPath(destFile, job.destDir, job.destName);
+  if (job.srcName.IsEmpty()) return vcNoSourceName;
+  if (job.sourcePath.Length() >= static_cast<int32_t>(kPathSize))
+    return Refuse("the path is too long", szSourceFile);
+  const VersionApi* api = GetVersionApi();
+  if (api == nullptr) return Refuse("the version library cannot be used", szSourceFile);
+  if (job.destName.IsEmpty()) {
+    const uint32_t status = DeriveDestName(*api, job);
+    if (status != 0) return status;
+  }
+  uint32_t status = FindPlace(*api, job);
+  if (status == 0) status = InstallInto(*api, force, job);
+  if (status == 0 && destFile.IsEmpty()) destFile = JoinPath(job.installDir, job.destName);
+  return status;
+}
+
+uint32_t VersionCopy(const char* szSourceFile, const char* destFile, bool force) {
+  Str dest(destFile == nullptr ? "" : destFile);
+  return VersionCopy(szSourceFile, dest, force);
+}
