@@ -1,6 +1,6 @@
 #pragma once
-// INI stores: sectioned key=value text over a file, a registry key, a memory block or a resource string list, loaded
-// whole and written back at close. Results are true for success/found.
+// INI stores: sectioned key=value text over a file, a registry key, a memory block or a resource string list,
+// loaded whole and written back at close. Results are true for success/found.
 #include <windows.h>
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 
 enum IniType : int32_t { iniFILE = 0, iniREG = 1, iniMEM = 2, iniSTRLIST = 3 };
 
-constexpr int32_t kIniLineSize = 512;      // bytes of one line, terminator included
-constexpr int32_t kIniMaxSections = 100;   // creating refuses beyond this
+constexpr int32_t kIniLineSize = 512;     // bytes of one line, terminator included
+constexpr int32_t kIniMaxSections = 100;  // creating refuses beyond this
 
 struct IniStore;
 struct IniCloser {
@@ -21,9 +21,10 @@ struct IniCloser {
 // Owns an open store; going out of scope closes it (and writes back when writable).
 using IniStorePtr = std::unique_ptr<IniStore, IniCloser>;
 
-// "REG*<root>\<subkey>": root key and subkey, false for an unknown root. Any other path: root null, subkey the path.
+// "REG*<root>\<subkey>": root key and subkey, false for an unknown root. Any other path: root null, subkey
+// the path.
 [[nodiscard]] bool IniParsePath(const char* path, HKEY& root, Str& subKey);
-// Null when the store cannot be opened or loaded.
+// Null when the store cannot be opened or loaded. A memory block must outlive its store.
 [[nodiscard]] IniStorePtr IniOpen(const char* path, bool readOnly);
 [[nodiscard]] IniStorePtr IniOpenMem(MemHandle& hand, bool readOnly);
 [[nodiscard]] IniStorePtr IniOpenStrList(uint32_t number);
@@ -40,9 +41,12 @@ MemHandle IniCopySection(IniStore* ini);
 bool IniSetSection(IniStore* ini, const char* section, MemHandle block);
 
 bool IniNextKey(IniStore* ini, bool first, const char* prefix, Str& key, Str* value);
-// As IniNextKey without prefix, but also yields every other non-empty, non-comment line (the trimmed line as key, the
-// value empty), and joins a long line's pieces. For scripts.
+// As IniNextKey without prefix, but also yields every other non-empty, non-comment line (the trimmed line as
+// key, the value empty), and joins a long line's pieces. For scripts.
 bool IniNextLine(IniStore* ini, bool first, Str& key, Str& value);
+// Steps over the section's first `count` lines (those that IniNextLine gives), so that the next one it gives
+// is line `count`, counted from 0; false when the section has fewer. Costs the same for any count.
+bool IniSeekLine(IniStore* ini, int32_t count);
 bool IniDeleteKey(IniStore* ini, const char* key);
 bool IniReadString(IniStore* ini, const char* key, char* buffer, int32_t size);
 bool IniReadStr(IniStore* ini, const char* key, Str& value);
@@ -57,5 +61,5 @@ bool IniWriteString(IniStore* ini, const char* key, const char* value);
 bool IniAddString(IniStore* ini, const char* key, const char* value);
 bool IniWriteLong(IniStore* ini, const char* key, int32_t value);
 bool IniWriteShort(IniStore* ini, const char* key, int16_t value);
-// Empty, or letters, digits and "_" only.
+// Empty, or only letters and digits of the system's language and "_".
 bool KeyIsValid(const char* key);
