@@ -8,6 +8,7 @@
 #include "messages/varlist.h"
 #include "platform/fs.h"
 #include "script/files.h"
+#include "script/fullpath.h"
 #include "script/tempnotes.h"
 #include "script/verscopy.h"
 #include "ui/err.h"
@@ -53,15 +54,6 @@ bool IsCompressedName(const char* path) {
   FSPath(FSPath(path).FileName()).GetExtension(extension);
   return extension.Find('#') >= 0 || extension.Find('_') >= 0;
 }
-
-Str FullLongPath(const char* path) {
-  FSPath full(path);
-  if (!full.MakeFull()) return Str(path);
-  if (full.mPath.Find('~') >= 0) (void)FS::GetLongName(full.mPath);  // the short form compares as it is
-  return full.mPath;
-}
-
-bool IsSameFile(const char* a, const char* b) { return FullLongPath(a).ICompare(FullLongPath(b)) == 0; }
 
 int32_t DiskOf(const char* infile) {
   for (int32_t i = 0; i < GetNumFiles(); ++i) {
@@ -159,7 +151,7 @@ bool CopyOneFile(const char* infile, const char* outfile) {
   SetProgressText(Message(IsCompressedName(infile) ? kExpanding : kInstalling).With("DestPath", outfile));
   for (bool first = true; !FS::Exists(infile); first = false)
     if (!AskForSource(infile, outfile, first)) return false;
-  if (IsSameFile(infile, outfile)) return true;
+  if (IsSamePath(infile, outfile)) return true;
   return CopyFileByName(infile, outfile) == 0 || IsOwnFile(outfile);
 }
 

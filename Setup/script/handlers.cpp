@@ -56,15 +56,18 @@ int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, c
   return 1;
 }
 
+bool IsSafeKeyPath(std::string_view keyPath) {
+  return !keyPath.empty() && keyPath.front() != '\\' && keyPath.back() != '\\' &&
+         keyPath.find("\\\\") == std::string_view::npos;
+}
+
 bool SplitRegistryLine(const char* text, Str& root, Str& keyPath, Str& valueName) {
   const std::string_view line(text);
   const size_t first = line.find('\\');
   const size_t last = line.rfind('\\');
   if (first == std::string_view::npos || last == first) return false;
   const std::string_view path = line.substr(first + 1, last - first - 1);
-  if (path.empty() || path.front() == '\\' || path.back() == '\\' ||
-      path.find("\\\\") != std::string_view::npos)
-    return false;
+  if (!IsSafeKeyPath(path)) return false;
   root = line.substr(0, first);
   keyPath = path;
   valueName = line.substr(last + 1);

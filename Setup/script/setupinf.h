@@ -2,6 +2,7 @@
 // SetupScript: the setup script, walked section by section, line by line, each line handed to a handler by
 // its kind.
 #include <cstdint>
+#include <string_view>
 
 #include "base/str.h"
 #include "messages/varlist.h"
@@ -67,7 +68,9 @@ int32_t VariableHandler(const char* name, const char* value, void* context);
 // Logs an error followed by the place in the script that caused it.
 void LogScriptError(const char* text);
 
-// "HKEY_X\Key\path\Value" split at the first and the last backslash. False without two backslashes, and for a
-// key path that is empty or has an empty component: one typo (or one unset variable) must never reach a key
-// further up.
+// Whether a key path may be worked on: not empty and without empty components. One typo (or one unset
+// variable) must never reach a key further up.
+bool IsSafeKeyPath(std::string_view keyPath);
+// "HKEY_X\Key\path\Value" split at the first and the last backslash. False without two backslashes and for an
+// unsafe key path.
 [[nodiscard]] bool SplitRegistryLine(const char* text, Str& root, Str& keyPath, Str& valueName);

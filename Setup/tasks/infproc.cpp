@@ -7,6 +7,7 @@
 #include "base/runstate.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
+#include "script/setupinf.h"
 #include "tasks/splitargs.h"
 #include "tasks/tasks.h"
 
@@ -109,8 +110,7 @@ int32_t TaskDispatch(const char* key, const char* args, void* data) {
   const char* name = key + 1;
   const TaskRow* taskProc = FindTask(name);
   if (!VT_ASSERT(taskProc != nullptr, "taskProc")) {
-    LogError(
-        Message("Setup.inf names the unknown task \"<TaskName>\".", kTemplateLiteral).With("TaskName", name));
+    LogScriptError(Message("There is no task \"<TaskName>\".", kTemplateLiteral).With("TaskName", name));
     return 0;
   }
   return taskProc->handler(name, args, data);
@@ -150,6 +150,8 @@ void LogTaskEntry(const char* name, const char* args) {
 void LogUnknownArgs(const char* name) {
   LogLine(Message("The arguments for the task <TaskName> in Setup.inf are unknown.", kTemplateLiteral)
               .With("TaskName", name));
+  const Str place = Script().Place();
+  if (!place.IsEmpty()) LogLine(Message("    In Setup.inf: <Place>.", kTemplateLiteral).With("Place", place));
 }
 
 bool ParseTrueFalse(const char* name, const Str& text, bool& value) {

@@ -1,4 +1,4 @@
-#include "script/reboot.h"
+#include "script/restart.h"
 
 #include <string>
 

@@ -1,0 +1,26 @@
+#include "script/fullpath.h"
+
+#include "platform/fs.h"
+
+Str FullLongPath(const char* path) {
+  FSPath full(path);
+  if (!full.MakeFull()) return Str(path);
+  if (full.mPath.Find('~') >= 0)
+    (void)FS::GetLongName(full.mPath);  // a short form that is gone compares as it is
+  return full.mPath;
+}
+
+bool IsSamePath(const char* a, const char* b) { return FullLongPath(a).ICompare(FullLongPath(b)) == 0; }
+
+bool HoldsPath(const char* folder, const char* inner) {
+  const auto closed = [](const char* path) {
+    Str full = FullLongPath(path);
+    if (full.FindLast('\\') != full.Length() - 1) full.Append('\\');
+    return full;
+  };
+  const Str outer = closed(folder);
+  Str start = closed(inner);
+  if (start.Length() < outer.Length()) return false;
+  start.Delete(outer.Length(), -1);
+  return start.ICompare(outer) == 0;
+}

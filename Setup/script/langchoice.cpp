@@ -1,0 +1,43 @@
+#include "script/langchoice.h"
+
+#include "messages/logfile.h"
+#include "messages/varlist.h"
+#include "platform/fspath.h"
+#include "stores/ini.h"
+#include "stores/register.h"
+#include "ui/langlist.h"
+#include "ui/langpick.h"
+
+namespace {
+
+constexpr char kSection[] = "Config";
+constexpr char kKey[] = "AppLang";
+
+// In a registry store only the one value is written, so that all else in its section stays.
+bool RecordLanguage(const Str& text) {
+  const Str storePath = AppGetExpanded("MachRegKey");
+  HKEY root = nullptr;
+  Str subKey;
+  if (storePath.IsEmpty() || !IniParsePath(storePath, root, subKey)) return false;
+  if (root != nullptr) return RegCreateKeyValue(root, JoinPath(subKey, kSection), kKey, text.Chars());
+  IniStorePtr store = IniOpen(storePath, false);
+  return store && IniFindSection(store.get(), kSection, true) && IniWriteString(store.get(), kKey, text) &&
+         IniClose(store);
+}
+
+}  // namespace
+
+bool ChooseProductLanguage(const char* pattern) {
+  Str text(pattern);
+  AppVars().Expand(text);
+  if (text.FindLast('\\') < 0) return false;
+  FSPath path(text);
+  if (!path.MakeFull()) return false;
+  const std::vector<int32_t> languages = ListLanguages(path.Parent(), true, path.FileName());
+  const int32_t chosen = PickLanguage(languages);
+  if (chosen < 0 || static_cast<size_t>(chosen) >= languages.size()) return false;
+  const int32_t language = languages[static_cast<size_t>(chosen)];
+  AppSetVariable("CurLangAbbrev", LanguageAbbreviation(language));
+  if (!RecordLanguage(LanguageText(language))) LogLine("The chosen language could not be recorded.");
+  return true;
+}

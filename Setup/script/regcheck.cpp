@@ -1,0 +1,68 @@
+#include "script/regcheck.h"
+
+#include "base/handle.h"
+#include "messages/format.h"
+#include "script/setupinf.h"
+#include "stores/register.h"
+
+namespace {
+
+constexpr char kOwnMark[] = "<ProgID>";
+
+bool HasShellExtension(const RegPlace& place) {
+  Str path(place.rootName);
+  if (path.Find("REG*") != 0) path.Insert("REG*", 0);
+  path.Append('\\');
+  path.Append(place.keyPath);
+  path.Append("\\ShellEx");
+  return RegKeyOrValueExists(path, nullptr);
+}
+
+bool SetText(const RegPlace& place, const char* text) {
+  KeyHandle key;
+  if (RegCreateKeyExA(place.root, place.keyPath, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
+                      key.Put(), nullptr) != ERROR_SUCCESS)
+    return false;
+  const DWORD size = static_cast<DWORD>(Str::Length(text)) + 1;
+  return RegSetValueExA(key.Get(), place.valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), size) ==
+         ERROR_SUCCESS;
+}
+
+bool IsEmptyKey(const RegPlace& place) {
+  KeyHandle key;
+  DWORD subKeys = 0;
+  DWORD values = 0;
+  return RegOpenKeyExA(place.root, place.keyPath, 0, KEY_READ, key.Put()) == ERROR_SUCCESS &&
+         RegQueryInfoKeyA(key.Get(), nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr,
+                          nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
+         subKeys == 0 && values == 0;
+}
+
+}  // namespace
+
+bool ParseRegPlace(const char* text, RegPlace& place) {
+  if (SplitRegistryLine(text, place.rootName, place.keyPath, place.valueName)) {
+    place.root = RootKeyFromName(place.rootName);
+    if (place.root != nullptr) return true;
+  }
+  LogScriptError(
+      Message("The registry path \"<RegPath>\" names no key.", kTemplateLiteral).With("RegPath", text));
+  return false;
+}
+
+RegAddResult AddValueUnlessClaimed(const RegPlace& place, const char* text) {
+  const int32_t present = RegValueContains(place.root, place.keyPath, place.valueName, text, nullptr);
+  if (present == kRegMissing && HasShellExtension(place)) return RegAddResult::kShellExtension;
+  if (present == kRegOther &&
+      RegValueContains(place.root, place.keyPath, place.valueName, kOwnMark, nullptr) != kRegContains)
+    return RegAddResult::kForeignValue;
+  return SetText(place, text) ? RegAddResult::kAdded : RegAddResult::kFailed;
+}
+
+bool RemoveValueIfOurs(const RegPlace& place, const char* text) {
+  if (RegValueContains(place.root, place.keyPath, place.valueName, text, nullptr) != kRegContains)
+    return false;
+  RegDeleteSubKeyValue(place.root, place.keyPath, place.valueName);
+  if (place.valueName.IsEmpty() && IsEmptyKey(place)) RegDeleteKeyA(place.root, place.keyPath);
+  return true;
+}
