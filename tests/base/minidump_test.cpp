@@ -1,0 +1,112 @@
+#include "base/minidump.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "base/hooks.h"
+#include "support/assert_recorder.h"
+#include "support/files.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+const char* gVersion = nullptr;
+
+bool FindVariable(const char* name, Str* value) {
+  if (strcmp(name, "Version") != 0 || gVersion == nullptr) return false;
+  *value = gVersion;
+  return true;
+}
+
+// Dumps go to a folder of the test's own.
+class MiniDump : public testing::Test {
+ protected:
+  void SetUp() override {
+    gVersion = "6.0 (1234)";
+    HookTable hooks = Hooks();
+    hooks.variable = FindVariable;
+    mFormer = SetHooks(hooks);
+    GetEnvironmentVariableA("TMP", mFormerTemp, MAX_PATH);
+    SetEnvironmentVariableA("TMP", mTemp.Path().c_str());
+  }
+  void TearDown() override {
+    SetEnvironmentVariableA("TMP", mFormerTemp);
+    SetHooks(mFormer);
+  }
+
+  TempDir mTemp;
+  char mFormerTemp[MAX_PATH] = "";
+  HookTable mFormer = {};
+};
+
+TEST_F(MiniDump, FirstAndSecondNames) {
+  Str path;
+  ASSERT_TRUE(WriteMiniDump(path));
+  EXPECT_EQ(path.View(), mTemp.Join("VTSetup_1234_0.dmp"));
+  ASSERT_TRUE(WriteMiniDump(path));
+  EXPECT_EQ(path.View(), mTemp.Join("VTSetup_1234_1.dmp"));
+}
+
+TEST_F(MiniDump, TakesTheFirstFreeNumber) {
+  mTemp.Write("VTSetup_1234_0.dmp", "old");
+  mTemp.Write("VTSetup_1234_2.dmp", "old");
+  Str path;
+  ASSERT_TRUE(WriteMiniDump(path));
+  EXPECT_EQ(path.View(), mTemp.Join("VTSetup_1234_1.dmp"));
+  ASSERT_TRUE(WriteMiniDump(path));
+  EXPECT_EQ(path.View(), mTemp.Join("VTSetup_1234_3.dmp"));
+  EXPECT_EQ(mTemp.Read("VTSetup_1234_0.dmp"), "old");
+}
+
+TEST_F(MiniDump, AFolderOfThatNameIsTaken) {
+  mTemp.MakeFolder("VTSetup_1234_0.dmp");
+  Str path;
+  ASSERT_TRUE(WriteMiniDump(path));
+  EXPECT_EQ(path.View(), mTemp.Join("VTSetup_1234_1.dmp"));
+}
+
+TEST_F(MiniDump, NumbersGoOnWithoutABound) {
+  for (int i = 0; i < 150; ++i) mTemp.Write("VTSetup_1234_" + std::to_string(i) + ".dmp", "");
+  Str path;
+  ASSERT_TRUE(WriteMiniDump(path));
+  EXPECT_EQ(path.View(), mTemp.Join("VTSetup_1234_150.dmp"));
+}
+
+TEST_F(MiniDump, IsADumpFile) {
+  Str path;
+  ASSERT_TRUE(WriteMiniDump(path));
+  const std::string bytes = ReadWholeFile(path.Chars());
+  EXPECT_EQ(bytes.substr(0, 4), "MDMP");
+}
+
+TEST_F(MiniDump, WithoutAVersionNumber) {
+  for (const char* version : {static_cast<const char*>(nullptr), "6.0"}) {
+    gVersion = version;
+    Str path;
+    ASSERT_TRUE(WriteMiniDump(path));
+    EXPECT_NE(path.Find("\\VTSetup_NoBuildNum_"), -1);
+  }
+  EXPECT_EQ(NamesIn(mTemp.Path()), (Names{"VTSetup_NoBuildNum_0.dmp", "VTSetup_NoBuildNum_1.dmp"}));
+}
+
+TEST_F(MiniDump, WhereNoFileCanBeCreatedThereIsNone) {
+  SetEnvironmentVariableA("TMP", mTemp.Join("missing").c_str());
+  Str path;
+  EXPECT_FALSE(WriteMiniDump(path));
+  EXPECT_TRUE(NamesIn(mTemp.Path()).empty());
+}
+
+TEST_F(MiniDump, ATemporaryFolderThatCannotBeNamedAsserts) {
+  SetEnvironmentVariableA("TMP", ("C:\\" + std::string(300, 'x')).c_str());
+  AssertRecorder recorder;
+  Str path;
+  EXPECT_FALSE(WriteMiniDump(path));
+  EXPECT_EQ(recorder.Texts().back(), "GetMiniDumpPath(\"VTSetup\",index,miniDumpPath)");
+}
+
+}  // namespace
