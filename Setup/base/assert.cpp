@@ -71,8 +71,9 @@ void AskToGoOn(const std::string& message, const std::string& caption) {
     return;
   }
   if (Run().IsQuiet()) return;
+  // "System modal" is a top-most box on every Windows; the top-most flag alone is not honoured everywhere.
   const int answer =
-      MessageBoxA(nullptr, message.c_str(), caption.c_str(), MB_YESNO | MB_ICONEXCLAMATION | MB_TOPMOST);
+      MessageBoxA(nullptr, message.c_str(), caption.c_str(), MB_YESNO | MB_ICONEXCLAMATION | MB_SYSTEMMODAL);
   if (answer == IDNO) ExitProcess(kEndedByUser);
 }
 

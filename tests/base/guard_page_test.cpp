@@ -79,12 +79,12 @@ void operator delete[](void* block, size_t) noexcept { operator delete[](block);
 
 namespace {
 
-LONG gFaults = 0;
+volatile LONG gFaults = 0;
 
 LONG CALLBACK CountFault(EXCEPTION_POINTERS* exception) {
   if (exception->ExceptionRecord->ExceptionCode != EXCEPTION_ACCESS_VIOLATION)
     return EXCEPTION_CONTINUE_SEARCH;
-  ++gFaults;
+  gFaults = gFaults + 1;
   // Makes the guard page writable so that the access can be repeated.
   const auto address = reinterpret_cast<void*>(exception->ExceptionRecord->ExceptionInformation[1]);
   return VirtualAlloc(address, 1, MEM_COMMIT, PAGE_READWRITE) != nullptr ? EXCEPTION_CONTINUE_EXECUTION
