@@ -70,6 +70,9 @@ build_wine() {
   done
   # The loader looks for its server beside itself first; the script of that name there looks below /usr only.
   ln -sf wineserver32 "$root/usr/lib/wine/wineserver"
+  # This build looks for its own fonts beside its data folder, the package puts them into it. Without them no text is drawn.
+  local font
+  for font in "$root"/usr/share/wine/fonts/*; do ln -sf "../wine/fonts/${font##*/}" "$root/usr/share/fonts/"; done
   # Every prefix holds copies of these files: without their debug sections it is less than half the size.
   # Files that are no PE images cannot be stripped and stay as they are.
   find "$dlls" -type f -print0 | xargs -0 -P2 -n32 i686-w64-mingw32-strip --strip-debug 2>/dev/null || true
