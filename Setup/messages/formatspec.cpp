@@ -78,6 +78,6 @@ std::string NumberText(int32_t value, const FormatSpec& spec, bool& known) {
 }
 
 void PadText(std::string& text, const FormatSpec& spec) {
-  const size_t width = std::min(static_cast<size_t>(std::max(spec.width, 0)), kMaxExpandedSize);
+  const size_t width = std::min(static_cast<size_t>(std::max(spec.width, 0)), ExpandLimits{}.size);
   if (text.size() < width) text.insert(0, width - text.size(), spec.pad);
 }

@@ -35,23 +35,25 @@ Placeholder FindPlaceholder(std::string_view text, std::string_view name, size_t
 // clears `known`.
 std::string NumberText(int32_t value, const FormatSpec& spec, bool& known);
 
-// Puts pad characters in front of the text up to the width, which is limited to kMaxExpandedSize.
+// Puts pad characters in front of the text up to the width; a width beyond the size of any template is
+// limited to that.
 void PadText(std::string& text, const FormatSpec& spec);
 
 // Fills every placeholder of that name: make(fmtSpec, std::string& piece) gives its text, or false for none.
 // The search goes on at the place of the replacement.
 struct ReplaceResult {
   bool filled = false;   // at least one got a text
-  bool stopped = false;  // ended at kMaxReplacements or kMaxExpandedSize
+  bool stopped = false;  // ended at a limit
 };
 template <class Make>
-ReplaceResult ReplacePlaceholders(std::string& text, std::string_view name, Make make) {
+ReplaceResult ReplacePlaceholders(std::string& text, std::string_view name, Make make,
+                                  const ExpandLimits& limits = {}) {
   ReplaceResult result;
   TextRewriter rewriter(std::move(text));
-  for (int count = 0;; ++count) {
+  for (int32_t count = 0;; ++count) {
     const Placeholder found = FindPlaceholder(rewriter.Rest(), name);
     if (!found.IsFound()) break;
-    result.stopped = count >= kMaxReplacements || rewriter.Size() > kMaxExpandedSize;
+    result.stopped = count >= limits.replacements || rewriter.Size() > limits.size;
     if (result.stopped) break;
     std::string piece;
     if (make(found.fmtSpec, piece))

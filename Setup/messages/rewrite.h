@@ -1,12 +1,16 @@
 #pragma once
 // Rewriting a text from left to right where replaced pieces are searched again. Pure.
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-// A call of an expansion ends here, however its text goes on: a variable that contains itself has no end.
-constexpr int kMaxReplacements = 10000;
-constexpr size_t kMaxExpandedSize = 1024 * 1024;  // bytes; the last replacement may go beyond
+// Where a call that fills placeholders ends, however its text goes on: a variable that contains itself has no
+// end.
+struct ExpandLimits {
+  int32_t replacements = 10000;
+  size_t size = 1024 * 1024;  // bytes; the last replacement may go beyond
+};
 
 // A text split into a part that is done and a rest that is still searched. Replacing at the front of the rest
 // costs the size of the new piece only, however long the rest is.
@@ -35,6 +39,8 @@ class TextRewriter {
     mAt = room - piece.size();
     piece.copy(mRest.data() + mAt, piece.size());
   }
+  // Lengthens the rest at its end.
+  void Append(std::string_view more) { mRest += more; }
   // The whole text; the rewriter is spent.
   std::string Take() {
     mDone.append(mRest, mAt);

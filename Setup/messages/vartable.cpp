@@ -4,15 +4,19 @@
 #include <utility>
 #include <vector>
 
-#include "messages/rewrite.h"
-
-// A text under expansion: only its middle can still hold placeholders. What lies more than a placeholder's
-// length before the first or behind the last one can never become part of one and is set aside, so that a
-// text that grows does not cost more and more.
+// A text under expansion: only its middle can hold placeholders. What lies at least a placeholder's length
+// before the first or behind the last one is set aside, so that a text that grows does not cost more and
+// more; it is fetched back where changes come near to it, because what a value leaves behind can form a
+// placeholder with its surroundings.
 class VarTable::Expansion {
  public:
-  Expansion(const VarTable& table, std::string text, char open, char close)
-      : mTable(table), mOpen(open), mClose(close), mMiddle(std::move(text)) {}
+  Expansion(const VarTable& table, std::string text, char open, char close, const ExpandLimits& limits)
+      : mTable(table),
+        mOpen(open),
+        mClose(close),
+        mLimits(limits),
+        mMargin(table.mLongestName + 1),
+        mMiddle(std::move(text)) {}
 
   ExpandResult Run() {
     ExpandResult result;
@@ -23,8 +27,9 @@ class VarTable::Expansion {
       uint32_t below = mTable.mNextSerial;
       for (;;) {
         found = mTable.Search(mMiddle, below, mOpen, mClose);
-        SetAside(found);
         if (found.newest == nullptr) break;
+        TrimBack(mMiddle.size() - found.end);
+        TrimFront(found.first);
         if (!ReplaceAll(*found.newest, result.count)) {
           result.stopped = found.newest;
           return result;
@@ -37,23 +42,50 @@ class VarTable::Expansion {
 
   std::string Take() {
     mFront += mMiddle;
-    for (auto piece = mBack.rbegin(); piece != mBack.rend(); ++piece) mFront += *piece;
+    while (mBackSize > 0) mFront += FetchBack(mBackSize);
     return std::move(mFront);
   }
 
  private:
-  void SetAside(const Found& found) {
-    const size_t margin = mTable.mLongestName + 1;
-    if (found.end == 0 || found.newest == nullptr) return;
-    if (mMiddle.size() - found.end > margin) {
-      mBack.push_back(mMiddle.substr(found.end + margin));
-      mBackSize += mBack.back().size();
-      mMiddle.resize(found.end + margin);
+  // A piece set aside from the end; what lies before `at` has been fetched back.
+  struct BackPiece {
+    std::string text;
+    size_t at = 0;
+  };
+
+  // Leaves exactly the margin, or all there is, between the start of the middle and the first placeholder.
+  // The text before it does not change while placeholders are replaced, so none can begin further to the left
+  // afterwards.
+  void TrimFront(size_t first) {
+    if (first > mMargin) {
+      mFront.append(mMiddle, 0, first - mMargin);
+      mMiddle.erase(0, first - mMargin);
+    } else {
+      const size_t fetched = std::min(mMargin - first, mFront.size());
+      mMiddle.insert(0, mFront, mFront.size() - fetched);
+      mFront.resize(mFront.size() - fetched);
     }
-    if (found.first > margin) {
-      mFront.append(mMiddle, 0, found.first - margin);
-      mMiddle.erase(0, found.first - margin);
-    }
+  }
+
+  // Sets aside what lies more than the margin behind the last placeholder, of the `behind` bytes that follow
+  // it.
+  void TrimBack(size_t behind) {
+    if (behind <= mMargin) return;
+    BackPiece piece{mMiddle.substr(mMiddle.size() - (behind - mMargin))};
+    mMiddle.resize(mMiddle.size() - piece.text.size());
+    mBackSize += piece.text.size();
+    mBack.push_back(std::move(piece));
+  }
+
+  // Up to `count` bytes of what was set aside next to the middle's end.
+  std::string FetchBack(size_t count) {
+    if (mBack.empty()) return {};
+    BackPiece& piece = mBack.back();
+    std::string fetched = piece.text.substr(piece.at, count);
+    piece.at += fetched.size();
+    mBackSize -= fetched.size();
+    if (piece.at == piece.text.size()) mBack.pop_back();
+    return fetched;
   }
 
   // Replaces every placeholder of one variable, left to right. False when a limit was met.
@@ -64,9 +96,11 @@ class VarTable::Expansion {
     for (;;) {
       const size_t match = rewriter.Rest().find(pattern);
       if (match == std::string_view::npos) break;
-      ended = count < kMaxReplacements && mFront.size() + rewriter.Size() + mBackSize <= kMaxExpandedSize;
+      ended = count < mLimits.replacements && mFront.size() + rewriter.Size() + mBackSize <= mLimits.size;
       if (!ended) break;
       rewriter.Pass(match);
+      while (mBackSize > 0 && rewriter.Rest().size() < pattern.size() + mMargin)
+        rewriter.Append(FetchBack(mMargin + kFetchAhead));
       rewriter.Replace(pattern.size(), variable.value);
       ++count;
     }
@@ -74,12 +108,16 @@ class VarTable::Expansion {
     return ended;
   }
 
+  static constexpr size_t kFetchAhead = 256;
+
   const VarTable& mTable;
   const char mOpen;
   const char mClose;
+  const ExpandLimits mLimits;
+  const size_t mMargin;  // a placeholder's length less one
   std::string mFront;
   std::string mMiddle;
-  std::vector<std::string> mBack;  // the last piece is the one nearest to the middle
+  std::vector<BackPiece> mBack;  // the last one is next to the middle
   size_t mBackSize = 0;
 };
 
@@ -94,7 +132,8 @@ bool VarTable::Set(std::string_view name, std::string_view value, bool isMutable
     variable = found->second;
     if (variable->isMutable) variable->value = value;
   } else {
-    variable = &mVariables.emplace_front(std::string(name), std::string(value), true, mNextSerial++);
+    mVariables.push_front({std::string(name), std::string(value), true, mNextSerial++});
+    variable = &mVariables.front();
     mByName.emplace(variable->name, variable);
     mLongestName = std::max(mLongestName, name.size());
     for (const char ch : name) mNameBytes.set(static_cast<unsigned char>(ch));
@@ -139,9 +178,9 @@ VarTable::Found VarTable::Search(std::string_view text, uint32_t below, char ope
   return found;
 }
 
-ExpandResult VarTable::Expand(std::string& text, char open, char close) const {
+ExpandResult VarTable::Expand(std::string& text, char open, char close, const ExpandLimits& limits) const {
   if (text.find(open) == std::string::npos) return {};
-  Expansion expansion(*this, std::move(text), open, close);
+  Expansion expansion(*this, std::move(text), open, close, limits);
   const ExpandResult result = expansion.Run();
   text = expansion.Take();
   return result;

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "messages/rewrite.h"
+
 struct Variable {
   std::string name;  // without "%"
   std::string value;
@@ -36,9 +38,8 @@ class VarTable {
   void Clear();
 
   // For each variable from the newest on, replaces open + name + close from left to right, searching again at
-  // the place of the replacement; begins anew until a whole pass replaces nothing. Ends early after
-  // kMaxReplacements or when the text has grown beyond kMaxExpandedSize.
-  ExpandResult Expand(std::string& text, char open, char close) const;
+  // the place of the replacement; begins anew until a whole pass replaces nothing. Ends early at a limit.
+  ExpandResult Expand(std::string& text, char open, char close, const ExpandLimits& limits = {}) const;
 
  private:
   // The placeholders of this list's variables that stand in a text.
