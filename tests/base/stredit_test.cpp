@@ -1,13 +1,11 @@
 // Str: comparing, searching, editing and cutting.
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <string>
 #include <vector>
 
 #include "base/str.h"
 #include "support/assert_recorder.h"
-#include "support/process.h"
 
 namespace {
 
@@ -395,56 +393,6 @@ TEST(StrSubstring, RightOfMoreThanThereIsStaysInside) {
   Str text;
   text.Right("abc", 5);
   EXPECT_STREQ(text.Chars(), "abc");
-}
-
-// The double-byte cases need a system whose ANSI code page is the Japanese one; the first test starts this
-// program anew as such a system.
-bool IsDoubleByteSystem() { return GetACP() == 932; }
-
-TEST(StrDoubleByte, HoldsOnAJapaneseSystem) {
-  char path[MAX_PATH];
-  GetModuleFileNameA(nullptr, path, MAX_PATH);
-  const char environment[] = "LC_ALL=ja_JP.UTF-8\0";
-  std::string block(environment, sizeof(environment));
-  ProcessOptions options;
-  char* own = GetEnvironmentStringsA();
-  std::string inherited;
-  for (const char* p = own; *p != '\0'; p += strlen(p) + 1) {
-    if (_strnicmp(p, "LC_ALL=", 7) != 0) inherited.append(p, strlen(p) + 1);
-  }
-  FreeEnvironmentStringsA(own);
-  options.environment = inherited + block;
-  const ProcessResult result = RunProcess(Quoted(path) + " --gtest_filter=StrDoubleByteChild.*", options);
-  ASSERT_TRUE(result.started);
-  if (result.output.find("not a double-byte system") != std::string::npos)
-    GTEST_SKIP() << "no Japanese system here";
-  EXPECT_EQ(result.exitCode, 0u) << result.output;
-}
-
-#define REQUIRE_DOUBLE_BYTE() \
-  if (!IsDoubleByteSystem()) GTEST_SKIP() << "not a double-byte system"
-
-TEST(StrDoubleByteChild, FullWidthLettersFold) {
-  REQUIRE_DOUBLE_BYTE();
-  EXPECT_EQ(Str::ICompare("\x82\x60x", "\x82\x81X"), 0);  // full-width A and a
-}
-
-TEST(StrDoubleByteChild, TrailBytesAreNotFoldedAsLetters) {
-  REQUIRE_DOUBLE_BYTE();
-  EXPECT_NE(Str::ICompare("\x83\x41", "\x83\x61"), 0);  // trail bytes A and a of two different characters
-  EXPECT_EQ(Str::ICompare("\x83\x41", "\x83\x41"), 0);
-}
-
-TEST(StrDoubleByteChild, ALeadByteAtTheEndStaysInside) {
-  REQUIRE_DOUBLE_BYTE();
-  EXPECT_EQ(Str::ICompare("a\x83", "A\x83"), 0);
-  EXPECT_NE(Str::ICompare("a\x83", "A\x83\x41"), 0);
-}
-
-TEST(StrDoubleByteChild, SearchTriesEveryByte) {
-  REQUIRE_DOUBLE_BYTE();
-  const char text[] = "\x83\x41z";
-  EXPECT_EQ(Str::IFind(text, "aZ"), text + 1);
 }
 
 }  // namespace

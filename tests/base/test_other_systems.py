@@ -1,0 +1,43 @@
+"""The tests of the base storey that say nothing on the usual test system: other code pages and time zones."""
+import os
+import unittest
+
+import benchlib
+
+PROGRAM = os.path.join(benchlib.BIN, "base_test.exe")
+
+
+class OtherSystem(benchlib.WindowsTest):
+    def run_tests(self, name_filter, env=None):
+        """Runs tests of base_test.exe; all of them must pass and none may be skipped."""
+        self.prefix.copy_in(PROGRAM, r"C:\t\base_test.exe")
+        result = self.prefix.run(r"C:\t\base_test.exe", "--gtest_color=no", "--gtest_filter=" + name_filter,
+                                 cwd=r"C:\t", env=env, timeout=120)
+        self.assertEqual(result.code, 0, result.text)
+        self.assertIn("[  PASSED  ]", result.text)
+        self.assertNotIn("[  PASSED  ] 0 tests", result.text)
+        self.assertNotIn("[  SKIPPED ]", result.text)
+
+
+class JapaneseSystem(OtherSystem):
+    locale = "ja_JP.UTF-8"
+
+    def test_double_byte_text(self):
+        self.run_tests("DoubleByte.*:StrList.*")
+
+
+class TimeZones(OtherSystem):
+    def test_west_of_greenwich_with_summer_time(self):
+        self.run_tests("TimeValue.*:TimeText.*", {"TZ": "EST5EDT"})
+
+    def test_east_of_greenwich_with_summer_time(self):
+        self.run_tests("TimeValue.*:TimeText.*", {"TZ": "CET-1CEST"})
+
+    def test_half_an_hour(self):
+        self.run_tests("TimeValue.*:TimeText.*", {"TZ": "IST-5:30"})
+
+
+del OtherSystem
+
+if __name__ == "__main__":
+    unittest.main()
