@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstdarg>
-#include <cstring>
 #include <string>
 
 #include "base/asserttext.h"

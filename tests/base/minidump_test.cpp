@@ -109,4 +109,22 @@ TEST_F(MiniDump, ATemporaryFolderThatCannotBeNamedAsserts) {
   EXPECT_EQ(recorder.Texts().back(), "GetMiniDumpPath(\"VTSetup\",index,miniDumpPath)");
 }
 
+// Needs a dump writer that fails; test_other_systems.py puts one in the system folder.
+TEST_F(MiniDump, WhatCannotBeWrittenLeavesNoFile) {
+  if (GetEnvironmentVariableA("VT_DUMP_WRITER_FAILS", nullptr, 0) == 0)
+    GTEST_SKIP() << "the dump writer works here";
+  Str path;
+  EXPECT_FALSE(WriteMiniDump(path));
+  EXPECT_TRUE(NamesIn(mTemp.Path()).empty());
+}
+
+// Needs a system without a dump writer.
+TEST_F(MiniDump, WithoutADumpWriterThereIsNone) {
+  if (GetEnvironmentVariableA("VT_NO_DUMP_WRITER", nullptr, 0) == 0)
+    GTEST_SKIP() << "the dump writer works here";
+  Str path;
+  EXPECT_FALSE(WriteMiniDump(path));
+  EXPECT_TRUE(NamesIn(mTemp.Path()).empty());
+}
+
 }  // namespace

@@ -1,4 +1,4 @@
-"""The tests of the base storey that say nothing on the usual test system: other code pages and time zones."""
+"""The tests of the base storey that say nothing on the usual test system: other code pages, time zones, dump writers."""
 import os
 import unittest
 
@@ -35,6 +35,18 @@ class TimeZones(OtherSystem):
 
     def test_half_an_hour(self):
         self.run_tests("TimeValue.*:TimeText.*", {"TZ": "IST-5:30"})
+
+
+class DumpWriters(OtherSystem):
+    def test_failing_one(self):
+        self.prefix.copy_in(os.path.join(benchlib.HELPERS, "dbghelp.dll"), r"C:\windows\system32\dbghelp.dll")
+        self.run_tests("MiniDump.WhatCannotBeWrittenLeavesNoFile",
+                       {"WINEDLLOVERRIDES": "dbghelp=n", "VT_DUMP_WRITER_FAILS": "1"})
+
+    def test_none(self):
+        os.unlink(self.prefix.host(r"C:\windows\system32\dbghelp.dll"))
+        self.run_tests("MiniDump.WithoutADumpWriterThereIsNone",
+                       {"WINEDLLOVERRIDES": "dbghelp=n", "VT_NO_DUMP_WRITER": "1"})
 
 
 del OtherSystem
