@@ -48,11 +48,7 @@ LRESULT CALLBACK BackgroundProc(HWND window, UINT message, WPARAM wParam, LPARAM
   if (dc != nullptr) {
     RECT client;
     GetClientRect(window, &client);
-    try {
-      PaintTitle(dc, client);
-    } catch (...) {
-      // Short of memory: the window stays empty. Nothing may be thrown through the system.
-    }
+    PaintTitle(dc, client);
   }
   EndPaint(window, &paint);
   return 0;
