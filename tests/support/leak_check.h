@@ -3,6 +3,7 @@
 // open than it found.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -11,9 +12,11 @@ void AllowOpenHandles(const char* reason);
 
 class LeakCheck : public testing::EmptyTestEventListener {
  public:
+  using Handles = std::map<uintptr_t, std::string>;  // type by value
+
   void OnTestStart(const testing::TestInfo& info) override;
   void OnTestEnd(const testing::TestInfo& info) override;
 
  private:
-  std::map<std::string, int> mBefore;
+  Handles mBefore;
 };

@@ -27,6 +27,14 @@ class FreshState : public testing::EmptyTestEventListener {
   }
 };
 
+// Answers the box that WarmUp shows.
+void CALLBACK EndBox(HWND, UINT, UINT_PTR timer, DWORD) {
+  const HWND box = FindWindowA("#32770", "Warming up");
+  if (!box) return;
+  KillTimer(nullptr, timer);
+  PostMessageA(box, WM_COMMAND, IDOK, 0);
+}
+
 // What the system opens at first use and keeps is opened here, so that it does not count as a test's leak.
 void WarmUp() {
   for (HKEY root :
@@ -38,6 +46,7 @@ void WarmUp() {
   WindowHandle window(
       CreateWindowA("EDIT", "", WS_OVERLAPPEDWINDOW, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr));
   if (window) ShowWindow(window.Get(), SW_SHOW);
+  if (window && SetTimer(nullptr, 0, 10, EndBox)) MessageBoxA(nullptr, "", "Warming up", MB_OK);
   LoadCursorA(nullptr, IDC_ARROW);
   LoadIconA(nullptr, IDI_QUESTION);
   // GoogleTest's own watcher thread, started at the first value kept for each thread.
