@@ -30,6 +30,17 @@ foreach(storey ${VT_STOREYS} bench sequence gui)
   endif()
 endforeach()
 
+# The language libraries for the tests of resources; the program's build makes those that are shipped.
+vt_resource_library(VTsu6fr ${CMAKE_SOURCE_DIR}/Setup/resources/lang_fr.rc)
+vt_resource_library(VTsu6en ${CMAKE_SOURCE_DIR}/Setup/resources/lang_en.rc)
+set_target_properties(VTsu6fr VTsu6en PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${VT_BIN}/testdata/languages)
+if(TARGET messages_test)
+  add_dependencies(messages_test VTsu6fr VTsu6en)
+endif()
+if(TARGET ui_test)
+  add_dependencies(ui_test VTsu6fr VTsu6en)
+endif()
+
 if(EXISTS ${CMAKE_SOURCE_DIR}/tests/helpers/CMakeLists.txt)
   add_subdirectory(tests/helpers)
 endif()

@@ -20,7 +20,15 @@ foreach(storey ${VT_STOREYS})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Setup/${storey}/*.cpp)
   list(APPEND VT_SOURCES ${sources})
 endforeach()
-list(REMOVE_ITEM VT_SOURCES ${CMAKE_SOURCE_DIR}/Setup/installer/main.cpp)
+# The entry, and what replaces parts of the run-time, belong to the program alone.
+set(VT_ENTRY ${CMAKE_SOURCE_DIR}/Setup/installer/main.cpp ${CMAKE_SOURCE_DIR}/Setup/installer/runtime.cpp)
+list(REMOVE_ITEM VT_SOURCES ${VT_ENTRY})
+# The program is built without exceptions, run-time types and unwind tables: together they make a third of it. The tests
+# keep them, since a test must outlive a stopped run.
+if(VT_TREE STREQUAL "program")
+  target_compile_options(vt_windows INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti
+    -fno-threadsafe-statics> -fno-asynchronous-unwind-tables -fno-unwind-tables)
+endif()
 add_library(vt_setup STATIC ${VT_SOURCES} ${CMAKE_SOURCE_DIR}/cmake/empty.c)
 target_link_libraries(vt_setup PUBLIC vt_windows
   comdlg32 gdi32 user32 advapi32 shell32 ole32 uuid kernel32)
@@ -37,3 +45,9 @@ endfunction()
 
 set(CMAKE_RC_FLAGS "-c 65001")
 set(VT_BIN ${CMAKE_SOURCE_DIR}/build/bin CACHE PATH "Where programs and libraries go")
+
+# What the resource scripts include is not in the dependencies that the resource compiler reports.
+file(GLOB VT_RESOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Setup/resources/*)
+foreach(rc setup lang_fr lang_en)
+  set_source_files_properties(${CMAKE_SOURCE_DIR}/Setup/resources/${rc}.rc PROPERTIES OBJECT_DEPENDS "${VT_RESOURCES}")
+endforeach()
