@@ -88,7 +88,11 @@ bool SetFileAttribute(const char* path, uint32_t attr, bool on) {
   const DWORD bit = SystemBit(attr);
   DWORD attributes = 0;
   if (!path || bit == 0 || !QueryAttributes(path, attributes)) return false;
-  return StoreAttributes(path, on ? attributes | bit : attributes & ~bit);
+  const DWORD wanted = on ? attributes | bit : attributes & ~bit;
+  // Some file systems change the hidden attribute of a writable file only, and say nothing.
+  const DWORD writable = wanted & ~DWORD{FILE_ATTRIBUTE_READONLY};
+  if (attr == kAttrHidden && writable != wanted && !StoreAttributes(path, writable)) return false;
+  return StoreAttributes(path, wanted);
 }
 
 bool GetDate(const char* path, uint32_t kind, TimeValue& time) {

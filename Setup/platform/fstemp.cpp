@@ -9,6 +9,8 @@
 namespace FS {
 namespace {
 
+// The longest folder for which the system promises to form a name; not every system checks it by itself.
+constexpr int32_t kMaxFolder = MAX_PATH - 14;
 constexpr uint32_t kNumbers = 0xFFFF;  // the system forms names from 16 bits, 0 excluded
 
 TempNameHook gTempNameHook = nullptr;
@@ -25,6 +27,8 @@ TempNames::TempNames(const char* dir, const char* prefix)
     : mDir(dir), mPrefix(prefix), mNumber(GetTickCount() + GetCurrentProcessId()) {}
 
 bool TempNames::Next() {
+  SetLastError(fsErrFailed);
+  if (mDir.Length() > kMaxFolder) return false;
   CriticalErrorGuard guard;
   while (mTried++ < kNumbers) {
     const UINT number = mNumber++ % kNumbers + 1;

@@ -6,13 +6,12 @@
 
 #include "base/assert.h"
 #include "platform/errormode.h"
-#include "platform/fs.h"
 
 namespace FS {
 namespace {
 
 struct DriveTypeRow {
-  UINT systemType;
+  uint32_t driveType;
   VolumeType type;
 };
 constexpr DriveTypeRow kDriveTypes[] = {
@@ -55,12 +54,16 @@ bool GetVolumeType(const char* volPath, VolumeType& type) {
   if (!VT_ASSERT(volPath, "volPath")) return false;
   const Str root = VolumeRoot(volPath);
   CriticalErrorGuard guard;
-  const UINT systemType = GetDriveTypeA(root);
-  if (systemType == DRIVE_NO_ROOT_DIR) return false;
+  if (!VolumeTypeOf(GetDriveTypeA(root), type)) return false;
+  SetLastError(fsErrNone);
+  return true;
+}
+
+bool VolumeTypeOf(uint32_t driveType, VolumeType& type) {
+  if (driveType == DRIVE_NO_ROOT_DIR) return false;
   for (const DriveTypeRow& row : kDriveTypes) {
-    if (row.systemType != systemType) continue;
+    if (row.driveType != driveType) continue;
     type = row.type;
-    SetLastError(fsErrNone);
     return true;
   }
   VT_FAIL("Unknown volume type.");

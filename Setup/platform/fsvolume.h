@@ -1,6 +1,8 @@
 #pragma once
-// Free space in kilobytes from what the system tells of a volume; pure.
+// What the system tells of a volume, brought into our units.
 #include <cstdint>
+
+#include "platform/fs.h"
 
 namespace FS {
 
@@ -16,5 +18,9 @@ constexpr uint32_t ClusterKB(uint32_t sectorsPerCluster, uint32_t bytesPerSector
 constexpr uint32_t BytesKB(uint64_t bytes) {
   return bytes / 1024 > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(bytes / 1024);
 }
+
+// Our type for the system's drive type; false for a drive without root folder and for an unknown type, which
+// asserts.
+[[nodiscard]] bool VolumeTypeOf(uint32_t driveType, VolumeType& type);
 
 }  // namespace FS

@@ -1,0 +1,162 @@
+#include "platform/folders.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "base/runstate.h"
+#include "support/files.h"
+#include "support/leak_check.h"
+#include "support/process.h"
+#include "support/registry_guard.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+std::string Text(const Str& text) { return text.Chars(); }
+
+void ExpectFolder(bool (*get)(Str&)) {
+  Str dir;
+  ASSERT_TRUE(get(dir));
+  EXPECT_TRUE(IsFolder(Text(dir))) << dir.Chars();
+  EXPECT_NE(Text(dir).back(), '\\');
+}
+
+TEST(Folders, WindowsAndSystem) {
+  char expected[MAX_PATH];
+  Str dir;
+  GetWindowsDirectoryA(expected, sizeof expected);
+  ExpectFolder(Folders::GetWindowsDir);
+  ASSERT_TRUE(Folders::GetWindowsDir(dir));
+  EXPECT_EQ(Text(dir), expected);
+  GetSystemDirectoryA(expected, sizeof expected);
+  ExpectFolder(Folders::GetSystemDir);
+  ASSERT_TRUE(Folders::GetSystemDir(dir));
+  EXPECT_EQ(Text(dir), expected);
+}
+
+TEST(Folders, TemporaryHasNoTrailingBackslash) {
+  char expected[MAX_PATH];
+  GetTempPathA(sizeof expected, expected);
+  ExpectFolder(Folders::GetTempDir);
+  Str dir;
+  ASSERT_TRUE(Folders::GetTempDir(dir));
+  EXPECT_EQ(Text(dir) + "\\", expected);
+}
+
+// The temporary folder comes from the environment; other values of it for one test.
+class Environment {
+ public:
+  explicit Environment(const char* value) {
+    GetEnvironmentVariableA("TMP", mFormer, sizeof mFormer);
+    SetEnvironmentVariableA("TMP", value);
+  }
+  ~Environment() { SetEnvironmentVariableA("TMP", mFormer); }
+
+ private:
+  char mFormer[MAX_PATH] = "";
+};
+
+TEST(Folders, TemporaryRootKeepsItsBackslash) {
+  Environment environment("C:\\");
+  Str dir;
+  ASSERT_TRUE(Folders::GetTempDir(dir));
+  EXPECT_EQ(Text(dir), "C:\\");
+}
+
+TEST(Folders, TooLongTemporaryFolderIsRefused) {
+  const std::string folder = "C:\\" + std::string(300, 't');
+  Environment environment(folder.c_str());
+  Str dir("untouched");
+  // The system gives nothing, or another folder; never a cut one.
+  if (Folders::GetTempDir(dir)) {
+    EXPECT_TRUE(IsFolder(Text(dir))) << dir.Chars();
+  }
+}
+
+TEST(Folders, UserAppData) {
+  AllowOpenHandles("the shell keeps its folder keys open");
+  ExpectFolder(Folders::GetUserAppDataDir);
+  Str dir;
+  ASSERT_TRUE(Folders::GetUserAppDataDir(dir));
+  char expected[MAX_PATH] = "";
+  GetEnvironmentVariableA("APPDATA", expected, sizeof expected);
+  EXPECT_EQ(Text(dir), expected);
+}
+
+TEST(Folders, ProgramsIsThatOfAllUsers) {
+  AllowOpenHandles("the shell keeps its folder keys open");
+  ExpectFolder(Folders::GetProgramsDir);
+  Str dir;
+  ASSERT_TRUE(Folders::GetProgramsDir(dir));
+  char allUsers[MAX_PATH] = "";
+  GetEnvironmentVariableA("ALLUSERSPROFILE", allUsers, sizeof allUsers);
+  EXPECT_EQ(Text(dir).substr(0, std::string(allUsers).size()), allUsers);
+  EXPECT_EQ(Text(dir).substr(Text(dir).rfind('\\')), "\\Programs");
+}
+
+TEST(Folders, ProgramFiles) {
+  AllowOpenHandles("the shell keeps its folder keys open");
+  ExpectFolder(Folders::GetProgramFilesFolder);
+  Str dir;
+  ASSERT_TRUE(Folders::GetProgramFilesFolder(dir));
+  char expected[MAX_PATH] = "";
+  GetEnvironmentVariableA("ProgramFiles", expected, sizeof expected);
+  EXPECT_EQ(Text(dir), expected);
+}
+
+TEST(Folders, ModulePathIsThisProgram) {
+  Str path;
+  ASSERT_TRUE(Folders::GetModulePath(path));
+  char expected[MAX_PATH];
+  GetModuleFileNameA(nullptr, expected, sizeof expected);
+  EXPECT_EQ(Text(path), expected);
+  EXPECT_TRUE(PathExists(Text(path)));
+}
+
+TEST(Platform, FlagsAndVersionOfThisSystem) {
+  OSVERSIONINFOA info = {};
+  info.dwOSVersionInfoSize = sizeof info;
+  ASSERT_TRUE(GetVersionExA(&info));
+  DetectPlatform();
+  EXPECT_EQ(::Run().windowsMajor, info.dwMajorVersion);
+  EXPECT_EQ(::Run().windowsMinor, info.dwMinorVersion);
+  EXPECT_EQ((::Run().platformFlags & kPlatformNT) != 0, info.dwPlatformId == VER_PLATFORM_WIN32_NT);
+  EXPECT_EQ(::Run().IsWin9x(), info.dwPlatformId == VER_PLATFORM_WIN32_WINDOWS);
+  EXPECT_EQ((::Run().platformFlags & kPlatformMajor4) != 0, info.dwMajorVersion >= 4);
+}
+
+TEST(Platform, FormerFlagsAreReplaced) {
+  ::Run().platformFlags = kPlatformWin9x | kPlatformNT;
+  DetectPlatform();
+  EXPECT_NE(::Run().platformFlags & (kPlatformNT | kPlatformWin9x), DWORD{kPlatformNT | kPlatformWin9x});
+}
+
+// Run by the next test in a program that the system takes for one on Windows 98.
+TEST(PlatformChild, DISABLED_OnWindows98) {
+  DetectPlatform();
+  EXPECT_TRUE(::Run().IsWin9x());
+  EXPECT_EQ(::Run().platformFlags, uint32_t{kPlatformWin9x | kPlatformMajor4});
+  EXPECT_EQ(::Run().windowsMajor, 4);
+  EXPECT_EQ(::Run().windowsMinor, 10);
+}
+
+TEST(Platform, Windows98IsTheConsumerFamily) {
+  if (!GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version")) {
+    GTEST_SKIP() << "only Wine can pose as another system";
+  }
+  TempDir dir;
+  RegistryGuard guard(HKEY_CURRENT_USER, "Software\\Wine\\AppDefaults\\vtwin98.exe");
+  SetRegistryString(HKEY_CURRENT_USER, guard.Path(), "Version", "win98");
+  char program[MAX_PATH];
+  GetModuleFileNameA(nullptr, program, sizeof program);
+  ASSERT_TRUE(CopyFileA(program, dir.Join("vtwin98.exe").c_str(), TRUE));
+  const ProcessResult result = RunProcess(Quoted(dir.Join("vtwin98.exe")) +
+                                          " --gtest_also_run_disabled_tests --gtest_filter=PlatformChild.*");
+  EXPECT_TRUE(result.started);
+  EXPECT_EQ(result.exitCode, 0u) << result.output;
+  EXPECT_NE(result.output.find("[  PASSED  ] 1 test"), std::string::npos) << result.output;
+}
+
+}  // namespace

@@ -1,0 +1,104 @@
+#include "platform/fsvolume.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "support/assert_recorder.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+TEST(FSFreeKB, FormulaOnTheSystemsNumbers) {
+  EXPECT_EQ(FS::ClusterKB(8, 512, 1000), 4000u);
+  EXPECT_EQ(FS::ClusterKB(1, 512, 3), 1u);  // 1.5 KB, cut
+  EXPECT_EQ(FS::ClusterKB(8, 512, 0), 0u);
+}
+
+TEST(FSFreeKB, BigDiskDoesNotWrap) {
+  // 200 GB in clusters of 4 KB; in 32 bits this would come out as 75497472.
+  EXPECT_EQ(FS::ClusterKB(8, 512, 52428800), 209715200u);
+}
+
+TEST(FSFreeKB, LargestNumberIsTheLimit) {
+  EXPECT_EQ(FS::ClusterKB(128, 512, 0xFFFFFFFF), 0xFFFFFFFFu);
+  EXPECT_EQ(FS::ClusterKB(0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF), 0xFFFFFFFFu);
+  EXPECT_EQ(FS::ClusterKB(8, 512, 0x3FFFFFFF), 0xFFFFFFFCu);  // just below
+  EXPECT_EQ(FS::BytesKB(4ull << 42), 0xFFFFFFFFu);
+  EXPECT_EQ(FS::BytesKB((1ull << 42) - 1), 0xFFFFFFFFu);
+  EXPECT_EQ(FS::BytesKB(2047), 1u);
+}
+
+TEST(FSFreeKB, OfTheVolumeThatHoldsThePath) {
+  TempDir dir;
+  ULARGE_INTEGER available = {}, total = {};
+  ASSERT_TRUE(GetDiskFreeSpaceExA("C:\\", &available, &total, nullptr));
+  uint32_t kb = 0;
+  ASSERT_TRUE(FS::GetFreeKB(dir.Path().c_str(), kb));
+  EXPECT_EQ(FS::LastError(), FS::fsErrNone);
+  // Others use the disk meanwhile: the same within 5 GB.
+  const double expected = static_cast<double>(FS::BytesKB(available.QuadPart));
+  EXPECT_NEAR(static_cast<double>(kb), expected, 5e6);
+  EXPECT_LE(kb, total.QuadPart / 1024);
+}
+
+TEST(FSFreeKB, RelativePathIsTheCurrentDrive) {
+  uint32_t kb = 0;
+  EXPECT_TRUE(FS::GetFreeKB("some\\folder", kb));
+  EXPECT_GT(kb, 0u);
+}
+
+TEST(FSFreeKB, MissingDriveFailsWithZero) {
+  uint32_t kb = 99;
+  EXPECT_FALSE(FS::GetFreeKB("Y:\\folder", kb));
+  EXPECT_EQ(kb, 0u);
+  EXPECT_NE(FS::LastError(), FS::fsErrNone);
+}
+
+TEST(FSVolumeType, EveryDriveTypeOfTheSystem) {
+  const struct {
+    UINT driveType;
+    FS::VolumeType type;
+  } rows[] = {
+      {DRIVE_UNKNOWN, FS::volUnknown}, {DRIVE_FIXED, FS::volFixed},     {DRIVE_REMOVABLE, FS::volRemovable},
+      {DRIVE_CDROM, FS::volCDROM},     {DRIVE_RAMDISK, FS::volRAMDisk}, {DRIVE_REMOTE, FS::volRemote},
+  };
+  for (const auto& row : rows) {
+    FS::VolumeType type = static_cast<FS::VolumeType>(-1);
+    EXPECT_TRUE(FS::VolumeTypeOf(row.driveType, type));
+    EXPECT_EQ(type, row.type);
+  }
+  EXPECT_EQ(FS::volUnknown, 0);
+  EXPECT_EQ(FS::volFixed, 1);
+  EXPECT_EQ(FS::volRemovable, 2);
+  EXPECT_EQ(FS::volCDROM, 3);
+  EXPECT_EQ(FS::volRAMDisk, 4);
+  EXPECT_EQ(FS::volRemote, 5);
+}
+
+TEST(FSVolumeType, NoRootFolderFailsSilently) {
+  FS::VolumeType type;
+  EXPECT_FALSE(FS::VolumeTypeOf(DRIVE_NO_ROOT_DIR, type));
+}
+
+TEST(FSVolumeType, AnyOtherTypeAssertsAndFails) {
+  FS::VolumeType type;
+  AssertRecorder recorder;
+  EXPECT_FALSE(FS::VolumeTypeOf(7, type));
+  EXPECT_EQ(recorder.Only(), "Unknown volume type.");
+}
+
+TEST(FSVolumeType, OfAPathOnAFixedDisk) {
+  TempDir dir;
+  FS::VolumeType type = FS::volUnknown;
+  EXPECT_TRUE(FS::GetVolumeType(dir.Join("no\\such\\file").c_str(), type));
+  EXPECT_EQ(type, FS::volFixed);
+  EXPECT_EQ(FS::LastError(), FS::fsErrNone);
+}
+
+TEST(FSVolumeType, MissingDriveFails) {
+  FS::VolumeType type = FS::volFixed;
+  EXPECT_FALSE(FS::GetVolumeType("Y:\\x", type));
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+}
+
+}  // namespace
