@@ -1,5 +1,5 @@
 # build/bin/Setup.exe, its language libraries, and the sample distribution.
-add_executable(Setup WIN32 ${CMAKE_SOURCE_DIR}/Setup/installer/main.cpp ${CMAKE_SOURCE_DIR}/Setup/resources/setup.rc)
+add_executable(Setup WIN32 ${VT_ENTRY} ${CMAKE_SOURCE_DIR}/Setup/resources/setup.rc)
 target_include_directories(Setup PRIVATE ${CMAKE_SOURCE_DIR}/Setup)
 target_link_libraries(Setup PRIVATE vt_setup)
 target_link_options(Setup PRIVATE -s)

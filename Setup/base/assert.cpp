@@ -119,9 +119,5 @@ void StandardAssertHandler(const char* text, const char* file, int line) {
     return;
   }
   const NestingScope nesting;
-  try {
-    Report(text, file, line);
-  } catch (...) {
-    // Short of memory while reporting: the caller's fall-back matters more than the report.
-  }
+  Report(text, file, line);
 }

@@ -11,6 +11,8 @@ constexpr HookTable kDefaults = {
     [](unsigned, Str*) { return false; },     // resourceText
     [](const char*, Str*) { return false; },  // variable
     [](bool) {},                              // fileIoFailed
+    [](uint32_t) {},                          // memoryExhausted
+    [] {},                                    // fatalError
 };
 
 constinit HookTable gHooks = kDefaults;
@@ -33,6 +35,8 @@ HookTable SetHooks(const HookTable& hooks) {
       OrDefault(hooks.resourceText, kDefaults.resourceText),
       OrDefault(hooks.variable, kDefaults.variable),
       OrDefault(hooks.fileIoFailed, kDefaults.fileIoFailed),
+      OrDefault(hooks.memoryExhausted, kDefaults.memoryExhausted),
+      OrDefault(hooks.fatalError, kDefaults.fatalError),
   };
   return former;
 }

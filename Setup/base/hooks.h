@@ -2,6 +2,8 @@
 // The one place where low modules call upward. Start-up points these at the log, the resources and the
 // reporter; tests swap them. Every default is harmless.
 
+#include <cstdint>
+
 class Str;
 
 struct HookTable {
@@ -17,6 +19,10 @@ struct HookTable {
   bool (*variable)(const char* name, Str* value);
   // A read (`write` false) or write of the file layer failed; tells the user. Default: nothing.
   void (*fileIoFailed)(bool write);
+  // Memory is exhausted (`code`: MemError) / a fatal error was reported: reports what is left to report,
+  // cleans up and ends the process. Default: nothing, the caller then ends it.
+  void (*memoryExhausted)(uint32_t code);
+  void (*fatalError)();
 };
 
 // The hooks in force. Never null; each entry is always callable.

@@ -15,7 +15,7 @@ constinit int32_t gLiveCount = 0;
 class BlockLock {
  public:
   explicit BlockLock(HGLOBAL block) : mBlock(block), mBytes(static_cast<std::byte*>(GlobalLock(block))) {
-    if (mBytes == nullptr) throw MemError{MemError::kLock};
+    if (mBytes == nullptr) StopForMemory(MemError::kLock);
   }
   ~BlockLock() { GlobalUnlock(mBlock); }
   BlockLock(const BlockLock&) = delete;
@@ -86,7 +86,7 @@ void MemHandle::Resize(uint32_t size, uint32_t flags) {
     Allocate(size, flags);
     return;
   }
-  if (GlobalReAlloc(mHand, std::max(size, 1u), GMEM_MOVEABLE) == nullptr) throw MemError{MemError::kAlloc};
+  if (GlobalReAlloc(mHand, std::max(size, 1u), GMEM_MOVEABLE) == nullptr) StopForMemory(MemError::kAlloc);
   const uint32_t formerSize = std::exchange(mSize, size);
   if ((flags & kZero) != 0 && size > formerSize) {
     std::memset(BlockLock(mHand).Bytes() + formerSize, 0, size - formerSize);
@@ -101,7 +101,7 @@ int32_t MemHandle::GetLockCount() const {
 void* MemHandle::Lock() {
   VT_ASSERT(mHand != nullptr, "mHand");
   void* const bytes = mHand != nullptr ? GlobalLock(mHand) : nullptr;
-  if (bytes == nullptr) throw MemError{MemError::kLock};
+  if (bytes == nullptr) StopForMemory(MemError::kLock);
   return bytes;
 }
 
@@ -136,7 +136,7 @@ void MemHandle::Write(uint32_t offset, uint32_t len, const void* source) {
 
 std::unique_ptr<std::byte[]> MemHandle::ToHeap() {
   std::unique_ptr<std::byte[]> copy(new (std::nothrow) std::byte[mSize]);
-  if (!copy) throw MemError{MemError::kAlloc};
+  if (!copy) StopForMemory(MemError::kAlloc);
   if (mSize > 0) std::memcpy(copy.get(), BlockLock(mHand).Bytes(), mSize);
   return copy;
 }
@@ -147,7 +147,7 @@ int32_t MemHandle::LiveCount() { return gLiveCount; }
 void MemHandle::Allocate(uint32_t size, uint32_t flags) {
   const UINT zero = (flags & kZero) != 0 ? GMEM_ZEROINIT : 0;
   mHand = GlobalAlloc(GMEM_MOVEABLE | zero, std::max(size, 1u));
-  if (mHand == nullptr) throw MemError{MemError::kAlloc};
+  if (mHand == nullptr) StopForMemory(MemError::kAlloc);
   mSize = size;
   ++gLiveCount;
 }

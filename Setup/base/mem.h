@@ -6,13 +6,9 @@
 #include <cstdint>
 #include <memory>
 
-// Raised when a block cannot be had; the only exception that crosses modules. Caught by the entry.
-struct MemError {
-  static constexpr uint32_t kAlloc = 0x8004020b;
-  static constexpr uint32_t kLock = 0x80040280;
-  uint32_t code;
-};
+#include "base/fatal.h"
 
+// Exhaustion stops the run (StopForMemory).
 class MemHandle {
  public:
   enum Flags : uint32_t { kZero = 1 };  // zero-fill new bytes

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "base/assert.h"
+#include "base/fatal.h"
 #include "base/string.h"
 
 namespace {
@@ -161,7 +162,7 @@ std::unique_ptr<char[]> Str::Reserve(int64_t needed) {
   VT_ASSERT(needed >= 0, "needed >= 0");
   if (needed <= mCapacity) return nullptr;
   const int64_t capacity = (needed + kGrowStep - 1) / kGrowStep * kGrowStep;
-  if (capacity > std::numeric_limits<int32_t>::max()) throw std::bad_alloc();
+  if (capacity > std::numeric_limits<int32_t>::max()) StopForMemory(MemError::kAlloc);
 
   char* const buffer = new char[static_cast<size_t>(capacity)];
   std::memcpy(buffer, mCharP, static_cast<size_t>(mLen) + 1);

@@ -1,10 +1,7 @@
 // The entry of Setup.exe.
 #include <windows.h>
 
-#include <new>
-
-#include "base/mem.h"
-#include "base/runstate.h"
+#include "base/hooks.h"
 #include "installer/app.h"
 #include "installer/exitcodes.h"
 #include "ui/err.h"
@@ -21,17 +18,18 @@ void DropCurrentFolderFromSearch() {
   if (setDllDirectory != nullptr) setDllDirectory("");
 }
 
-// The last steps of a run that was broken off; whatever fails here no longer matters.
-int BreakOff(bool outOfMemory) {
-  try {
+// The last steps of a run that is broken off. Running out of memory once more in here ends it at once.
+[[noreturn]] void BreakOff(bool outOfMemory) {
+  static bool gEnding = false;
+  if (!gEnding) {
+    gEnding = true;
     if (outOfMemory) {
       FreeReserve();  // room for the message
       ShowOutOfMemory();
     }
     App::CleanUp();
-  } catch (...) {
   }
-  return kExitCannotStart;
+  ExitProcess(kExitCannotStart);
 }
 
 }  // namespace
@@ -39,13 +37,9 @@ int BreakOff(bool outOfMemory) {
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
   DropCurrentFolderFromSearch();
-  try {
-    return App::Main(instance, GetCommandLineA());
-  } catch (const FatalStop&) {
-    return BreakOff(false);
-  } catch (const MemError&) {
-    return BreakOff(true);
-  } catch (const std::bad_alloc&) {
-    return BreakOff(true);
-  }
+  HookTable hooks = Hooks();
+  hooks.memoryExhausted = [](uint32_t) { BreakOff(true); };
+  hooks.fatalError = [] { BreakOff(false); };
+  SetHooks(hooks);
+  return App::Main(instance, GetCommandLineA());
 }

@@ -99,6 +99,12 @@ void AppendEntry(Entry&& entry) {
   for (size_t i = 0; i < gList.entries.size(); ++i) LinkEntry(i);
 }
 
+// Bytes that the next entry may need, its texts and a larger bucket table included.
+size_t RoomToGrow() {
+  constexpr size_t kEntryRoom = sizeof(Entry) + 4 * size_t{FS::kMaxPathNameLen};
+  return kEntryRoom + 2 * std::max(kFirstBuckets, gList.buckets.size()) * sizeof(gList.buckets[0]);
+}
+
 template <size_t kSize>
 bool Fits(const char* text, const char (&)[kSize]) {
   return std::strlen(text) < kSize;
@@ -127,12 +133,9 @@ bool FitsRecord(const char* destName, const char* destDir, const char* srcPath) 
 
 bool PrepareFileList() {
   DeleteLeftovers();
-  try {
-    gList = FileList();
-    gList.buckets.assign(kFirstBuckets, kNone);
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
+  if (!MemoryAvailable(kFirstBuckets * sizeof(gList.buckets[0]))) return false;
+  gList = FileList();
+  gList.buckets.assign(kFirstBuckets, kNone);
   return true;
 }
 
@@ -144,11 +147,8 @@ bool AddFile(const char* destName, const char* destDir, const char* srcPath, int
   if (!FitsRecord(destName, destDir, srcPath)) return false;
   const uint32_t hash = DestHash(destName, destDir);
   if (IsListed(destName, destDir, hash)) return false;
-  try {
-    AppendEntry({destName, destDir, srcPath, disk, size, hidden, hash, kNone});
-  } catch (const std::bad_alloc&) {
-    FatalError(kFatalMessage, kNoMemoryText);
-  }
+  if (!MemoryAvailable(RoomToGrow())) FatalError(kFatalMessage, kNoMemoryText);
+  AppendEntry({destName, destDir, srcPath, disk, size, hidden, hash, kNone});
   gList.totalSize += size;
   gList.nDisks = std::max(gList.nDisks, disk);
   return true;

@@ -73,12 +73,7 @@ bool IniStore::IsNewComplaint(const char* reason, std::string_view name) {
 
 void IniCloser::operator()(IniStore* ini) const {
   const std::unique_ptr<IniStore> owner(ini);
-  try {
-    WriteBack(*owner);
-  } catch (...) {
-    // Memory is exhausted while an owner goes out of scope, perhaps on the way of that very error: nobody is
-    // left to be told. IniClose lets it through.
-  }
+  WriteBack(*owner);
 }
 
 bool IniParsePath(const char* path, HKEY& root, Str& subKey) {

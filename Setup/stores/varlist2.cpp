@@ -15,7 +15,10 @@ namespace {
 uint32_t ReadEntries(VarList& list, const char* path) {
   FioFile file;
   if (FioOpen(path, fioREAD, file) != fioOK) return kCfgOpenFailed;
+  uint32_t size = 0;
   std::string bytes;
+  // The bytes, and the entries cut out of them.
+  if (FioGetSize(file, size) != fioOK || !MemoryAvailable(size_t{2} * size)) return kCfgTransferFailed;
   if (!ReadWholeFile(file, bytes)) return kCfgTransferFailed;
   ConfigContents contents;
   DecodeConfig(std::as_bytes(std::span(bytes)), contents);
@@ -26,19 +29,22 @@ uint32_t ReadEntries(VarList& list, const char* path) {
   return contents.valid ? kCfgOK : kCfgBadFile;
 }
 
-std::string Encode(const VarList& list) {
+// False when memory is short.
+bool Encode(const VarList& list, std::string& bytes) {
   ConfigEncoder encoder;
   size_t size = 0;
   list.ForEach([&](const char* name, const char* value, bool) {
     size += std::strlen(name) + std::strlen(value) + 3;
     return true;
   });
+  if (!MemoryAvailable(2 * size)) return false;
   encoder.Reserve(size);
   list.ForEach([&](const char* name, const char* value, bool isMutable) {
     encoder.Add(name, value, !isMutable);
     return true;
   });
-  return encoder.Finish();
+  bytes = encoder.Finish();
+  return true;
 }
 
 FioResult CreateOrTruncate(const char* path, FioFile& file) {
@@ -60,21 +66,13 @@ uint32_t LoadSection(IniStore* store, const char* section) {
 
 uint32_t ReadConfigFile(VarList& list, const char* path) {
   if (!VT_ASSERT(path != nullptr, "path")) return kCfgOpenFailed;
-  try {
-    return ReadEntries(list, path);
-  } catch (const std::bad_alloc&) {
-    return kCfgTransferFailed;
-  }
+  return ReadEntries(list, path);
 }
 
 uint32_t WriteConfigFile(const VarList& list, const char* path) {
   if (!VT_ASSERT(path != nullptr, "path")) return kCfgOpenFailed;
   std::string bytes;
-  try {
-    bytes = Encode(list);
-  } catch (const std::bad_alloc&) {
-    return kCfgNoMemory;
-  }
+  if (!Encode(list, bytes)) return kCfgNoMemory;
   FioFile file;
   if (CreateOrTruncate(path, file) != fioOK) return kCfgOpenFailed;
   const FioResult written = FioWrite(file, static_cast<uint32_t>(bytes.size()), bytes.data());

@@ -64,20 +64,16 @@ UINT_PTR OnCommand(HWND dialog, int id) {
   }
 }
 
-UINT_PTR CALLBACK BrowseHook(HWND dialog, UINT message, WPARAM wParam, LPARAM) noexcept {
-  try {
-    switch (message) {
-      case WM_INITDIALOG:
-        FillWindowTexts(dialog, AppVars(), true);
-        CentreWindow(dialog);
-        return TRUE;
-      case WM_COMMAND:
-        return OnCommand(dialog, LOWORD(wParam));
-      default:
-        return FALSE;
-    }
-  } catch (...) {
-    return FALSE;
+UINT_PTR CALLBACK BrowseHook(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+  switch (message) {
+    case WM_INITDIALOG:
+      FillWindowTexts(dialog, AppVars(), true);
+      CentreWindow(dialog);
+      return TRUE;
+    case WM_COMMAND:
+      return OnCommand(dialog, LOWORD(wParam));
+    default:
+      return FALSE;
   }
 }
 

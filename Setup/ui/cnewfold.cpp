@@ -31,7 +31,7 @@ void Retry(HWND dialog) {
   SetFocus(field);
 }
 
-INT_PTR NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
       SetWindowLongA(dialog, DWL_USER, static_cast<LONG>(lParam));
@@ -58,6 +58,6 @@ INT_PTR NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
 }  // namespace
 
 bool AskNewFolder(HWND owner, Str& created) {
-  return RunDialog(IDD_NEWFOLDER, owner, DialogProc<NewFolderProc>, reinterpret_cast<LPARAM>(&created)) ==
+  return RunDialog(IDD_NEWFOLDER, owner, NewFolderProc, reinterpret_cast<LPARAM>(&created)) ==
          IDOK;
 }

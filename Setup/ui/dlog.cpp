@@ -30,13 +30,9 @@ void FillOneText(HWND window, const VarList& vars) {
   if (!text.IsEmpty() && vars.Expand(text) > 0) SetWindowTextA(window, text);
 }
 
-BOOL CALLBACK FillChild(HWND child, LPARAM param) noexcept {
-  try {
-    FillOneText(child, *reinterpret_cast<const VarList*>(param));
-    return TRUE;
-  } catch (...) {
-    return FALSE;
-  }
+BOOL CALLBACK FillChild(HWND child, LPARAM param) {
+  FillOneText(child, *reinterpret_cast<const VarList*>(param));
+  return TRUE;
 }
 
 RECT WorkArea() {

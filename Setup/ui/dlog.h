@@ -32,15 +32,3 @@ void SetModelessDialog(HWND dialog);
 void PumpFor(DWORD milliseconds);
 // Waits without limit for a handle while dispatching messages.
 void PumpUntilSignalled(HANDLE handle);
-
-// A dialog procedure around `Proc` that lets no exception out: the system's frames below it cannot be
-// unwound. Memory exhaustion inside leaves that one message unprocessed and shows again at the next
-// allocation outside.
-template <INT_PTR (*Proc)(HWND, UINT, WPARAM, LPARAM)>
-INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  try {
-    return Proc(dialog, message, wParam, lParam);
-  } catch (...) {
-    return FALSE;
-  }
-}

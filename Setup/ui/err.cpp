@@ -89,7 +89,7 @@ int32_t Ask(const char* given, const Str& title, const Question& question) {
   return answer;
 }
 
-INT_PTR YesToAllProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK YesToAllProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
       FillWindowTexts(dialog, AppVars(), true);
@@ -113,7 +113,7 @@ const char* YesToAllName(INT_PTR answer) {
   return answer == kAnswerYes ? "Yes" : "No";
 }
 
-INT_PTR StatusProc(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
+INT_PTR CALLBACK StatusProc(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
   if (message != WM_INITDIALOG) return FALSE;
   SetDlgItemTextA(dialog, IDC_MESSAGE, reinterpret_cast<const char*>(lParam));
   FillWindowTexts(dialog, AppVars(), true);
@@ -164,7 +164,7 @@ int32_t AskYesToAll(const char* given) {
   const char* text = CheckedText(given);
   INT_PTR irtn = kAnswerYes;
   if (!Run().IsQuiet()) {
-    irtn = RunDialog(IDD_YESTOALL, BoxOwner(), DialogProc<YesToAllProc>, reinterpret_cast<LPARAM>(text));
+    irtn = RunDialog(IDD_YESTOALL, BoxOwner(), YesToAllProc, reinterpret_cast<LPARAM>(text));
     VT_ASSERT(irtn != -1, "irtn != -1");
   }
   LogAnswer(text, YesToAllName(irtn));
@@ -178,7 +178,7 @@ HWND ShowStatus(const char* given) {
   LogLine(text);
   if (Run().IsQuiet()) return nullptr;
   const HWND hDialog =
-      CreateModelessDialog(IDD_STATUS, MainWindow(), DialogProc<StatusProc>, reinterpret_cast<LPARAM>(text));
+      CreateModelessDialog(IDD_STATUS, MainWindow(), StatusProc, reinterpret_cast<LPARAM>(text));
   if (!VT_ASSERT(hDialog, "hDialog")) return nullptr;
   ShowWindow(hDialog, SW_SHOWNORMAL);
   // The caller works on without a message loop: paint now, the text control included.
@@ -201,18 +201,16 @@ void ReportInternalError(unsigned msgId, uint32_t code) {
 
 void FatalError(unsigned msgId, uint32_t code) {
   ReportInternalError(msgId, code);
-  throw FatalStop{};
+  StopForFatalError();
 }
 
 bool AllocateReserve() {
-  try {
-    auto reserve = std::make_unique<Reserve>(Reserve{MemHandle(kReserveSize), kReserveCount});
-    ReserveBlock() = std::move(reserve);
-    return true;
-  } catch (const MemError&) {
+  if (!MemoryAvailable(kReserveSize)) {
     ShowOutOfMemory();
     return false;
   }
+  ReserveBlock() = std::make_unique<Reserve>(Reserve{MemHandle(kReserveSize), kReserveCount});
+  return true;
 }
 
 void FreeReserve() { ReserveBlock().reset(); }

@@ -44,8 +44,7 @@ void CloseStatus(HWND dialog);
 
 // Logs the code and shows message `msgId` with "<ErrMsg>" filled by the text whose id the code is.
 void ReportInternalError(unsigned msgId, uint32_t code);
-// Raised by FatalError after the report; the entry cleans up and ends with exit code 8.
-struct FatalStop {};
+// Reports likewise and stops the run: what the entry's hook does then ends the process with exit code 8.
 [[noreturn]] void FatalError(unsigned msgId, uint32_t code);
 
 // Memory set aside at start-up; false (after ShowOutOfMemory) when it cannot be had.

@@ -40,7 +40,7 @@ INT_PTR Chosen(HWND list) {
   return row == LB_ERR ? 0 : SendMessageA(list, LB_GETITEMDATA, static_cast<WPARAM>(row), 0);
 }
 
-INT_PTR LanguageProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK LanguageProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
       FillWindowTexts(dialog, AppVars(), true);
@@ -69,6 +69,6 @@ int32_t PickLanguage(const std::vector<int32_t>& languages) {
   if (languages.empty()) return -1;
   if (languages.size() < 2 || Run().IsQuiet()) return 0;
   const INT_PTR chosen =
-      RunDialog(IDD_LANGUAGE, MainWindow(), DialogProc<LanguageProc>, reinterpret_cast<LPARAM>(&languages));
+      RunDialog(IDD_LANGUAGE, MainWindow(), LanguageProc, reinterpret_cast<LPARAM>(&languages));
   return chosen >= 0 && static_cast<size_t>(chosen) < languages.size() ? static_cast<int32_t>(chosen) : 0;
 }

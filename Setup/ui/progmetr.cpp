@@ -64,7 +64,7 @@ void DrawRequested(WPARAM wParam, const DRAWITEMSTRUCT& request) {
     DrawMeter(request.hDC, request.rcItem, State().percent);
 }
 
-INT_PTR ProgressProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK ProgressProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
       FillWindowTexts(dialog, AppVars(), true);
@@ -111,7 +111,7 @@ void ShowProgressWindow() {
   ProgressState& state = State();
   if (state.window || Run().IsQuiet() || AppGetBool("no_progress")) return;
   state.percent = kCleared;
-  state.window.Reset(CreateModelessDialog(IDD_PROGRESS, MainWindow(), DialogProc<ProgressProc>, 0));
+  state.window.Reset(CreateModelessDialog(IDD_PROGRESS, MainWindow(), ProgressProc, 0));
   if (!state.window) return;
   SetModelessDialog(state.window.Get());
   ShowWindow(state.window.Get(), SW_SHOWNORMAL);

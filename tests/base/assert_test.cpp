@@ -263,20 +263,6 @@ TEST_F(StandardHandler, AFailureWhileReportingIsNotReportedItself) {
   EXPECT_EQ(mBlocks.size(), 2u);
 }
 
-void FailToLog(const char*) { throw std::bad_alloc(); }
-
-TEST_F(StandardHandler, ReturnsWhenReportingRunsOutOfMemory) {
-  HookTable hooks = Hooks();
-  hooks.logBlock = FailToLog;
-  SetHooks(hooks);
-  EXPECT_NO_THROW(VT_FAIL("outer"));
-  hooks.logBlock = RecordBlock;
-  SetHooks(hooks);
-  ::Run().setupFlags = kQuiet;
-  VT_FAIL("the next one");
-  EXPECT_EQ(mBlocks.size(), 1u);
-}
-
 // ---- the answers, in a process of their own ----
 
 constexpr char kChildSwitch[] = "VT_ASSERT_CHILD";

@@ -9,6 +9,7 @@
 #include "base/hooks.h"
 #include "base/runstate.h"
 #include "support/leak_check.h"
+#include "support/stopped.h"
 
 namespace {
 
@@ -21,6 +22,8 @@ class FreshState : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override {
     HookTable hooks = {};
     hooks.assertFailed = FailTest;
+    hooks.memoryExhausted = ThrowMemError;
+    hooks.fatalError = ThrowFatalStop;
     SetHooks(hooks);
     Run() = RunState{};
     SetLastError(0);
