@@ -9,5 +9,6 @@ vt_resource_library(VTsu6fr ${CMAKE_SOURCE_DIR}/Setup/resources/lang_fr.rc)
 vt_resource_library(VTsu6en ${CMAKE_SOURCE_DIR}/Setup/resources/lang_en.rc)
 
 if(EXISTS ${CMAKE_SOURCE_DIR}/dist/CMakeLists.txt)
-  add_subdirectory(dist)
+  # Its own build folder must not be the one that the distribution is laid out in.
+  add_subdirectory(dist sample)
 endif()
