@@ -53,10 +53,16 @@ bool ShowCannotInstall(const char* fontName, const char* sourcePath) {
   return false;
 }
 
+bool IsSamePath(const char* a, const char* b) {
+  FSPath first(a);
+  FSPath second(b);
+  return first.MakeFull() && second.MakeFull() && first.Path().ICompare(second.Path()) == 0;
+}
+
 enum class Installed { kNo, kKept, kReplaced, kFailed };
 
 // Decides about a font of the same family that is there already, and takes an older or equal one out.
-Installed HandleInstalledFont(const TrueTypeData& font) {
+Installed HandleInstalledFont(const TrueTypeData& font, const char* sourcePath) {
   if (!IsFontFamilyInstalled(font.familyName)) return Installed::kNo;
   Str valueName;
   Str regFile;
@@ -87,8 +93,9 @@ Installed HandleInstalledFont(const TrueTypeData& font) {
             .With("NewMinVer", Minor(font.version)));
     return Installed::kKept;
   }
-  // A font that stays has been reported; the new one goes in beside it.
-  static_cast<void>(UninstallFontByName(font.fullName, true));
+  // A font that stays has been reported; the new one goes in beside it. A font that was installed from where
+  // it lies is the very file to be copied now, and is only taken out of the list.
+  static_cast<void>(UninstallFontByName(font.fullName, !IsSamePath(sourcePath, installedPath)));
   return Installed::kReplaced;
 }
 
@@ -174,7 +181,7 @@ bool InstallTTFont(const char* sourcePath, const char* destPath, bool deleteSour
     LogInstallFailure("couldn't read data from the font file <FontFile>.", "FontFile", sourcePath);
     return ShowCannotInstall(FSPath(sourcePath).BaseName(), sourcePath);
   }
-  switch (HandleInstalledFont(font)) {
+  switch (HandleInstalledFont(font, sourcePath)) {
     case Installed::kKept:
       return true;
     case Installed::kFailed:
@@ -210,21 +217,19 @@ bool UninstallTTFont(const char* fontPath) {
 bool UninstallFontByName(const char* fullName, bool removeFile, const char* fontPath) {
   Str valueName;
   Str path;
-  if (!FindRegistryFont(fullName, valueName, path)) {
-    if (!fontPath) {
-      LogLine(Message("Uninstall Font: <FontName> is not in the font table").With("FontName", fullName));
-      return false;
-    }
-    path = fontPath;
-  } else if (removeFile && !RegistryFontPath(Str(path), path)) {
+  const bool listed = FindRegistryFont(fullName, valueName, path);
+  if (!listed && !fontPath) {
+    LogLine(Message("Uninstall Font: <FontName> is not in the font table").With("FontName", fullName));
     return false;
   }
-  if (IsWithdrawalRefused(path)) {
+  if (!listed) path = fontPath;
+  // A bitmap font, whose file stays, is withdrawn under the name that the list has for it.
+  if (listed && removeFile && !RegistryFontPath(Str(path), path)) return false;
+  if (IsWithdrawalRefused(path) || (listed && !RemoveFontFromRegistry(fullName))) {
     ShowError(Message(kCannotRemove).With("FontName", fullName).With("Instructions", RemovalInstructions()));
     return false;
   }
-  if (RemoveFontFromRegistry(fullName))
-    LogLine(Message("Successfully removed <fontname> from font table").With("fontname", fullName));
+  if (listed) LogLine(Message("Successfully removed <fontname> from font table").With("fontname", fullName));
   return !removeFile || DeleteFontFile(fullName, path);
 }
 

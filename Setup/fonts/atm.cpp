@@ -14,14 +14,14 @@ constexpr const char* kModuleNames[] = {"ATM", "ATM32", "ATM16"};
 // The entry points that this program calls, in the order of AtmLibrary::Entry.
 constexpr const char* kEntryNames[] = {
     "ATMProperlyLoaded", "ATMFinish",        "ATMBeginFontChange", "ATMForceFontChange", "ATMEndFontChange",
-    "ATMFontStatusA",    "ATMGetFontPathsA", "ATMGetVersion",      "ATMRemoveFontA",
+    "ATMFontStatusA",    "ATMGetFontPathsA", "ATMRemoveFontA",     "ATMGetVersion",
 };
 
 // Style bits of the interface, which numbers them the other way round.
 constexpr WORD kAtmItalic = 1;
 constexpr WORD kAtmBold = 2;
 
-constexpr int kMaxPath = 260;
+constexpr int kMaxPath = 261;  // bytes, terminator included
 
 // Structures of the interface.
 struct AtmFontSpec {
@@ -69,7 +69,7 @@ Str BoundedText(const char* text, size_t room) {
 }  // namespace
 
 AtmLibrary::AtmLibrary() {
-  static_assert(std::size(kEntryNames) == kNumNeeded);
+  static_assert(std::size(kEntryNames) == kNumEntries);
   for (const char* name : kModuleNames)
     if (Bind(name)) break;
   mLoaded = IsInstalled() && Func<NoArgsFunc>(kProperlyLoaded)() != 0;
@@ -88,16 +88,16 @@ bool AtmLibrary::Bind(const char* moduleName) {
     module.Reset(LoadLibraryA(SystemLibraryPath(fileName)));
   }
   if (!module) return false;
-  for (int32_t i = 0; i < kNumNeeded; ++i) {
+  for (int32_t i = 0; i < kNumEntries; ++i) {
     mFuncs[i] = GetProcAddress(module.Get(), kEntryNames[i]);
-    if (!mFuncs[i]) return false;
+    if (!mFuncs[i] && i < kNumNeeded) return false;
   }
   mModule = std::move(module);
   return true;
 }
 
 void AtmLibrary::GetVersion(uint16_t& major, uint16_t& minor) const {
-  const WORD version = Func<VersionFunc>(kGetVersion)();
+  const WORD version = mFuncs[kGetVersion] ? Func<VersionFunc>(kGetVersion)() : WORD{0};
   major = LOBYTE(version);
   minor = HIBYTE(version);
 }

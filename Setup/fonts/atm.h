@@ -19,6 +19,7 @@ class AtmLibrary {
   bool IsInstalled() const { return static_cast<bool>(mModule); }
   // ATM is there and running; without it nothing else may be called.
   bool IsLoaded() const { return mLoaded; }
+  // Needs IsInstalled. 0.0 when the library does not tell.
   void GetVersion(uint16_t& major, uint16_t& minor) const;
 
   // Status numbers of FontStatus.
@@ -27,7 +28,7 @@ class AtmLibrary {
   static constexpr int kFontDifferent = -408;
   static constexpr int kFontAbsent = -409;
   int FontStatus(const char* windowsName, uint32_t style) const;
-  // Paths of up to 260 bytes, terminator included.
+  // Paths of up to 260 characters.
   int GetFontPaths(const char* windowsName, uint32_t style, Str& pfbPath, Str& pfmPath) const;
   int RemoveFont(const char* windowsName, uint32_t style) const;
   // Makes ATM tell all programs that the set of fonts changed.
@@ -43,9 +44,10 @@ class AtmLibrary {
     kEndFontChange,
     kFontStatus,
     kGetFontPaths,
-    kGetVersion,
     kRemoveFont,
-    kNumNeeded,
+    kNumNeeded,                // all before this; those from here on may be missing
+    kGetVersion = kNumNeeded,  // only for the log
+    kNumEntries,
   };
   bool Bind(const char* moduleName);
   template <class Signature>
@@ -54,6 +56,6 @@ class AtmLibrary {
   }
 
   ModuleHandle mModule;
-  FARPROC mFuncs[kNumNeeded] = {};
+  FARPROC mFuncs[kNumEntries] = {};
   bool mLoaded = false;
 };

@@ -98,7 +98,8 @@ bool OpenFontList(KWinRegistry& fonts, WinRegMode mode) {
 // Data written to the font list: the bare name for a file of the font folder, else the full path.
 Str ListedFile(const char* fontPath) {
   const FSPath path(fontPath);
-  return path.Parent().ICompare(AppGetExpanded("TTSysDir")) == 0 ? path.FileName() : path.Path();
+  const FSPath inFontFolder(JoinPath(AppGetExpanded("TTSysDir"), path.FileName()));
+  return inFontFolder.Path().ICompare(path.Path()) == 0 ? path.FileName() : path.Path();
 }
 
 }  // namespace

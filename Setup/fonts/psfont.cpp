@@ -37,7 +37,9 @@ bool ReadPfm(const char* path, const char* missingText, std::vector<std::byte>& 
     LogAbout(missingText, "FilePath", path);
     return false;
   }
-  return ReadStart(file, kMaxPfmSize, bytes);
+  if (ReadStart(file, kMaxPfmSize, bytes)) return true;
+  LogAbout("PostScript data failure: couldn't read <FilePath>.", "FilePath", path);
+  return false;
 }
 
 bool ReadCommentLine(const char* pfbPath, std::string& line) {

@@ -20,19 +20,18 @@ uint32_t Little(Bytes bytes, size_t at, size_t count) {
   return value;
 }
 
-// NUL-terminated text at an offset; false when it begins outside the file or does not end in time.
+// Text at an offset up to its NUL or the longest read, cut to the longest kept; false when the file begins or
+// ends before it.
 bool ReadText(Bytes bytes, uint32_t offset, std::string& text) {
   text.clear();
   if (offset >= bytes.size()) return false;
-  for (size_t i = 0; i < kMaxNameBytes && i < bytes.size() - offset; ++i) {
-    const char ch = static_cast<char>(bytes[offset + i]);
-    if (ch == '\0') {
-      if (text.size() > kPsMaxName) text.resize(kPsMaxName);
-      return true;
-    }
-    text.push_back(ch);
+  const Bytes rest = bytes.subspan(offset);
+  for (size_t i = 0; i < kMaxNameBytes; ++i) {
+    if (i >= rest.size()) return false;
+    if (rest[i] == std::byte{0}) break;
+    if (text.size() < kPsMaxName) text.push_back(static_cast<char>(rest[i]));
   }
-  return false;
+  return true;
 }
 
 bool ParseNumber(std::string_view text, uint32_t& number) {
@@ -75,6 +74,7 @@ PfbResult PfbCommentLine(Bytes bytes, std::string& line) {
 }
 
 bool ParsePfbComment(std::string_view line, PfbComment& comment) {
+  line = line.substr(0, line.find('\0'));
   const size_t start = line.find("%!");
   if (start == std::string_view::npos) return false;
   const std::vector<std::string_view> words = Words(line.substr(start + 2));

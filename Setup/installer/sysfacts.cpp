@@ -4,6 +4,7 @@
 
 #include "base/handle.h"
 #include "base/runstate.h"
+#include "fonts/atm.h"
 
 namespace {
 
@@ -32,6 +33,13 @@ void AddTrueType(SystemFacts& facts) {
   facts.trueTypeEnabled = (status.wFlags & TT_ENABLED) != 0;
 }
 
+void AddAtm(SystemFacts& facts) {
+  const AtmLibrary atm;
+  facts.atmInstalled = atm.IsInstalled();
+  facts.atmRunning = atm.IsLoaded();
+  if (facts.atmRunning) atm.GetVersion(facts.atmMajor, facts.atmMinor);
+}
+
 }  // namespace
 
 SystemFacts GatherSystemFacts() {
@@ -41,5 +49,6 @@ SystemFacts GatherSystemFacts() {
   facts.mode = kEnhancedMode;
   AddScreen(facts);
   AddTrueType(facts);
+  AddAtm(facts);
   return facts;
 }

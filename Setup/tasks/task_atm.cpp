@@ -56,7 +56,11 @@ int32_t Task_atm_fontchange_notify(const char* name, const char* args, void* dat
 
 int32_t Task_test_ATM_on(const char* name, const char* args, void* data) {
   std::vector<Str> fields;
-  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields) || fields[0].IsEmpty()) return 1;
+  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
+  if (fields[0].IsEmpty()) {
+    LogUnknownArgs(name);
+    return 1;
+  }
   const AtmLibrary atm;
   AppSetBool(fields[0], atm.IsLoaded());
   return 1;
