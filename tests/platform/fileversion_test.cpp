@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/files.h"
 #include "support/process.h"
 #include "support/temp_dir.h"
 
@@ -231,9 +232,8 @@ std::string Whole() {
                       StringInfo(StringTable("040c04e4", "6.0 (1)")) + VarInfo(Translation(0x040C, 0x04E4)));
 }
 
-// Reads both answers of a damaged resource; whatever they are, they must come.
-void ReadDamaged(const TempDir& dir, const std::string& resource) {
-  const std::string path = FileWith(dir, resource);
+// Reads both answers of a damaged file; whatever they are, they must come.
+void ReadDamaged(const std::string& path) {
   Str text;
   bool several = false;
   const bool found = GetFileVersionText(path.c_str(), text);
@@ -246,18 +246,23 @@ void ReadDamaged(const TempDir& dir, const std::string& resource) {
 TEST(FileVersionDamage, CutAtManyPlaces) {
   TempDir dir;
   const std::string whole = Whole();
-  for (size_t size = 2; size < whole.size(); size += 6) ReadDamaged(dir, whole.substr(0, size));
+  for (size_t size = 2; size < whole.size(); size += 12) ReadDamaged(FileWith(dir, whole.substr(0, size)));
 }
 
 TEST(FileVersionDamage, EveryLengthFieldAtItsExtremes) {
   TempDir dir;
   const std::string whole = Whole();
+  const std::string path = FileWith(dir, whole);
+  const std::string program = ReadWholeFile(path);
+  const size_t place = program.find(whole);
+  ASSERT_NE(place, std::string::npos);
   // Node heads lie at multiples of four: total length, then the value's.
   for (size_t pos = 0; pos + 4 <= whole.size(); pos += 4) {
-    for (const char* words : {"\xFF\xFF\xFF\xFF", "\x01\0\xFF\xFF", "\xFF\xFF\0\0"}) {
-      std::string damaged = whole;
-      damaged.replace(pos, 4, words, 4);
-      ReadDamaged(dir, damaged);
+    for (const char* words : {"\xFF\xFF\xFF\xFF", "\x01\0\xFF\xFF", "\0\0\0\0"}) {
+      std::string damaged = program;
+      damaged.replace(place + pos, 4, words, 4);
+      WriteWholeFile(path, damaged);
+      ReadDamaged(path);
     }
   }
 }

@@ -224,6 +224,33 @@ TEST(FSCreateDir, AccentedName) {
   EXPECT_EQ(NamesIn(dir.Path()), std::vector<std::string>{"R\xe9pertoire"});
 }
 
+TEST(FSNetworkPath, FoldersAndFilesOnAShare) {
+  // Where the machine's folders stand in for servers, the share is made for this test.
+  const std::string drive = UnixPath("C:\\");
+  const size_t devices = drive.find("/dosdevices/");
+  if (devices == std::string::npos) GTEST_SKIP() << "no way to make a share here";
+  const std::string server = drive.substr(0, devices) + "/dosdevices/unc/vtserver";
+  ASSERT_TRUE(StartUnix("mkdir -p " + server + "/share"));
+  ASSERT_TRUE(WaitUntil([] { return IsFolder("\\\\vtserver\\share\\"); }));
+
+  EXPECT_TRUE(FS::CreateDir("\\\\vtserver\\share\\One\\Two"));
+  EXPECT_TRUE(FS::IsDir("\\\\vtserver\\share\\One\\Two"));
+  EXPECT_TRUE(FS::CreateDir("\\\\vtserver\\share"));
+  TempDir dir;
+  EXPECT_TRUE(FS::Copy(dir.Write("a", "x").c_str(), "\\\\vtserver\\share\\One\\a.txt", false));
+  Str path("\\\\vtserver\\share\\ONE\\A.TXT");
+  EXPECT_TRUE(FS::GetLongName(path));
+  EXPECT_EQ(Text(path), "\\\\vtserver\\share\\One\\a.txt");
+  uint32_t kb = 0;
+  EXPECT_TRUE(FS::GetFreeKB(path, kb));
+  EXPECT_GT(kb, 0u);
+  EXPECT_TRUE(FS::RemoveDir("\\\\vtserver\\share\\One", true, true));
+  EXPECT_FALSE(FS::Exists("\\\\vtserver\\share\\One"));
+
+  ASSERT_TRUE(StartUnix("rm -r " + server));
+  EXPECT_TRUE(WaitUntil([] { return !IsFolder("\\\\vtserver\\share\\"); }));
+}
+
 void FillTree(const TempDir& dir) {
   dir.Write("t\\a.txt", "1");
   dir.Write("t\\s\\b.txt", "2");
