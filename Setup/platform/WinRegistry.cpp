@@ -162,14 +162,19 @@ bool KWinRegistry::DeleteKey(const char* name) {
   VT_ASSERT(IsWritable(), "IsWritable()");
   VT_ASSERT(name, "name");
   // The empty name would be this very key, at worst a whole root.
-  if (!name || *name == '\0') return false;
+  return name && *name != '\0' && DeleteTree(name, wrWrite);
+}
+
+bool KWinRegistry::DeleteTree(const char* name, WinRegMode mode) {
   mInfoCached = false;
   {
     KWinRegistry subKey;
-    if (!OpenKey(name, subKey, wrWrite)) return false;
+    if (!OpenKey(name, subKey, mode)) return false;
     Str child;
     while (subKey.EnumSubKey(0, child)) {
-      if (!subKey.DeleteKey(child)) return false;
+      // Opened only if it exists: a name that our code page cannot hold reads as another one, which would be
+      // created and deleted for ever.
+      if (!subKey.DeleteTree(child, wrUpdate)) return false;
     }
   }
   return RegDeleteKeyA(mHKey, name) == ERROR_SUCCESS;

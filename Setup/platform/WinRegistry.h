@@ -33,7 +33,8 @@ class KWinRegistry {
   bool SetValue(const char* name, const char* value);
   bool SetDefaultValue(const char* value);
   bool DeleteValue(const char* name);
-  // Deletes the subkey and everything below it.
+  // Deletes the subkey and everything below it; one that is missing is made and deleted. An empty name is
+  // refused.
   bool DeleteKey(const char* name);
   // Copies every REG_SZ value and, recursively, every subkey into `destKey`.
   bool CopyKey(KWinRegistry& destKey);
@@ -46,6 +47,7 @@ class KWinRegistry {
  private:
   void Attach(HKEY key, WinRegMode mode);
   bool LoadInfo();
+  bool DeleteTree(const char* name, WinRegMode mode);
   bool CopyValues(KWinRegistry& destKey);
   size_t NameBufferSize() const;
 

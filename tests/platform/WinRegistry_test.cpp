@@ -486,6 +486,18 @@ TEST_F(WinRegistry, DeleteKeyWithoutNameDeletesNothing) {
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, Below("t"), "v"), "x");
 }
 
+TEST_F(WinRegistry, DeleteKeyEndsAtANameThatOurCodePageCannotHold) {
+  const wchar_t name[] = L"Software\\VTTestPlatform\\t\\\x3042";
+  HKEY made = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_WRITE, nullptr, &made, nullptr),
+            ERROR_SUCCESS);
+  { KeyHandle owner(made); }
+  EXPECT_FALSE(Key().DeleteKey("t"));
+  EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, Below("t")));
+  EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, name), ERROR_SUCCESS);
+  EXPECT_TRUE(Key().DeleteKey("t"));
+}
+
 TEST_F(WinRegistry, DeleteKeyOfManySubKeys) {
   for (int i = 0; i < 60; i++)
     SetRegistryString(HKEY_CURRENT_USER, Below("t\\" + std::to_string(i)), "v", "x");

@@ -81,6 +81,15 @@ TEST(FSCopy, OverAnExistingFile) {
   EXPECT_EQ(NamesIn(dir.Path()), (std::vector<std::string>{"a", "b"}));
 }
 
+TEST(FSCopy, OverAnExistingFileWrittenInOtherCase) {
+  TempDir dir;
+  const std::string source = dir.Write("a", "new");
+  dir.Write("LONGNAME.TEXT", "old");
+  EXPECT_TRUE(FS::Copy(source.c_str(), dir.Join("LongName.text").c_str(), false));
+  EXPECT_EQ(dir.Read("longname.text"), "new");
+  EXPECT_EQ(NamesIn(dir.Path()).size(), 2u);
+}
+
 TEST(FSCopy, OverAReadOnlyTarget) {
   TempDir dir;
   const std::string source = dir.Write("a", "new");

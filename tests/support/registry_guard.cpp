@@ -35,6 +35,18 @@ void SetValue(HKEY root, const std::string& path, const std::string& name, DWORD
   if (code != ERROR_SUCCESS) ADD_FAILURE() << "cannot set " << path << " " << name << ", error " << code;
 }
 
+// By UTF-16 name: one that the code page cannot hold would never be found again.
+bool DeleteBelow(HKEY parent, const wchar_t* name) {
+  {
+    KeyHandle key;
+    if (RegOpenKeyExW(parent, name, 0, KEY_READ | KEY_WRITE, key.Put()) != ERROR_SUCCESS) return false;
+    wchar_t child[256] = L"";
+    while (RegEnumKeyW(key.Get(), 0, child, 256) == ERROR_SUCCESS)
+      if (!DeleteBelow(key.Get(), child)) return false;
+  }
+  return RegDeleteKeyW(parent, name) == ERROR_SUCCESS;
+}
+
 }  // namespace
 
 RegistryGuard::RegistryGuard(HKEY root, const std::string& path) : mRoot(root), mPath(path) {
@@ -99,9 +111,9 @@ bool DeleteRegistryTree(HKEY root, const std::string& path) {
   {
     KeyHandle key = OpenKey(root, path, KEY_READ | KEY_WRITE);
     if (!key) return !RegistryKeyExists(root, path);
-    char name[256] = "";
-    while (RegEnumKeyA(key.Get(), 0, name, sizeof name) == ERROR_SUCCESS)
-      if (!DeleteRegistryTree(root, path + "\\" + name)) return false;
+    wchar_t name[256] = L"";
+    while (RegEnumKeyW(key.Get(), 0, name, 256) == ERROR_SUCCESS)
+      if (!DeleteBelow(key.Get(), name)) return false;
   }
   return RegDeleteKeyA(root, path.c_str()) == ERROR_SUCCESS;
 }
