@@ -3,6 +3,7 @@
 #include <commdlg.h>
 #include <dlgs.h>
 
+#include "base/handle.h"
 #include "base/runstate.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
@@ -89,6 +90,16 @@ Str ExistingFolder(const Str& folder) {
   return path.Path();
 }
 
+INT_PTR CALLBACK KeepAll(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
+
+// The template's own caption: without one handed over the dialog may take a caption of the system's.
+Str DialogCaption() {
+  const WindowHandle hidden(CreateModelessDialog(IDD_BROWSE, nullptr, KeepAll, 0));
+  if (!hidden) return Str();
+  FillWindowTexts(hidden.Get(), AppVars(), false);
+  return WindowText(hidden.Get());
+}
+
 // The dialog makes every folder it enters the current one.
 class CurDirKeeper {
  public:
@@ -113,6 +124,8 @@ bool BrowseForFolder(HWND owner, Str& folder) {
   char file[FS::kMaxPathNameLen] = "";
   lstrcpynA(file, kPlaceholder, sizeof file);
 
+  const Str caption = DialogCaption();
+
   OPENFILENAMEA ofn = {};
   ofn.lStructSize = sizeof ofn;
   ofn.hwndOwner = owner;
@@ -120,6 +133,7 @@ bool BrowseForFolder(HWND owner, Str& folder) {
   ofn.lpstrFile = file;
   ofn.nMaxFile = sizeof file;
   ofn.lpstrInitialDir = start.IsEmpty() ? nullptr : start.Chars();
+  ofn.lpstrTitle = caption.IsEmpty() ? nullptr : caption.Chars();
   ofn.lpfnHook = BrowseHook;
   ofn.Flags =
       OFN_ENABLEHOOK | OFN_ENABLETEMPLATEHANDLE | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_NOTESTFILECREATE;

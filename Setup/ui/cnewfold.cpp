@@ -58,6 +58,5 @@ INT_PTR CALLBACK NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
 }  // namespace
 
 bool AskNewFolder(HWND owner, Str& created) {
-  return RunDialog(IDD_NEWFOLDER, owner, NewFolderProc, reinterpret_cast<LPARAM>(&created)) ==
-         IDOK;
+  return RunDialog(IDD_NEWFOLDER, owner, NewFolderProc, reinterpret_cast<LPARAM>(&created)) == IDOK;
 }

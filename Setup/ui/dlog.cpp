@@ -15,15 +15,6 @@ DialogState& State() {
   return state;
 }
 
-Str WindowText(HWND window) {
-  Str text;
-  const int length = GetWindowTextLengthA(window);
-  if (length <= 0) return text;
-  GetWindowTextA(window, text.Lock(length + 1), length + 1);
-  text.Unlock();
-  return text;
-}
-
 void FillOneText(HWND window, const VarList& vars) {
   Str text = WindowText(window);
   // Texts without placeholders are left alone: setting an edit field again would move its caret and notify.
@@ -141,6 +132,15 @@ HWND CreateModelessDialog(unsigned id, HWND owner, DLGPROC proc, LPARAM param) {
   if (!loaded) return nullptr;
   return CreateDialogIndirectParamA(GetModuleHandleA(nullptr),
                                     static_cast<LPCDLGTEMPLATEA>(LockResource(loaded)), owner, proc, param);
+}
+
+Str WindowText(HWND window) {
+  Str text;
+  const int length = GetWindowTextLengthA(window);
+  if (length <= 0) return text;
+  GetWindowTextA(window, text.Lock(length + 1), length + 1);
+  text.Unlock();
+  return text;
 }
 
 Str GetControlText(HWND dialog, int id) {

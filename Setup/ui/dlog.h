@@ -22,7 +22,8 @@ HGLOBAL LoadDialogTemplate(unsigned id);
 INT_PTR RunDialog(unsigned id, HWND owner, DLGPROC proc, LPARAM param);
 // Null when it cannot be created, and in a silent run.
 HWND CreateModelessDialog(unsigned id, HWND owner, DLGPROC proc, LPARAM param);
-// Text of a control, any length.
+// Text of a window or of a dialog's control, any length.
+Str WindowText(HWND window);
 Str GetControlText(HWND dialog, int id);
 // Dispatches all waiting messages of the thread (dialog keys included). A WM_QUIT is put back.
 void PumpMessages();

@@ -55,7 +55,10 @@ const char* CheckedText(const char* text) { return VT_ASSERT(text, "text") ? tex
 // bypassed or asked twice there; else the main window itself.
 HWND BoxOwner() {
   const HWND mainWindow = MainWindow();
-  return mainWindow ? GetLastActivePopup(mainWindow) : nullptr;
+  if (!mainWindow) return nullptr;
+  const HWND popup = GetLastActivePopup(mainWindow);
+  const bool isOurs = popup && GetWindowThreadProcessId(popup, nullptr) == GetCurrentThreadId();
+  return isOurs && IsWindowVisible(popup) ? popup : mainWindow;
 }
 
 int32_t Box(const char* text, const Str& title, UINT style) {
@@ -205,11 +208,12 @@ void FatalError(unsigned msgId, uint32_t code) {
 }
 
 bool AllocateReserve() {
-  if (!MemoryAvailable(kReserveSize)) {
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, kReserveSize);
+  if (!block) {
     ShowOutOfMemory();
     return false;
   }
-  ReserveBlock() = std::make_unique<Reserve>(Reserve{MemHandle(kReserveSize), kReserveCount});
+  ReserveBlock() = std::make_unique<Reserve>(Reserve{MemHandle(block), kReserveCount});
   return true;
 }
 
