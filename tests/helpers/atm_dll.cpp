@@ -3,13 +3,10 @@
 //   [ATM]  loaded=0|1 (1)   version=<number> (1025)
 //          remove=<result of every removal> (0)   status=<result of every status question> (-407)
 //   [<name>,<style>]  pfb=<path>   pfm=<path>        one installed font
-//          paths=<result> instead
-// and appends each call as a line to the file "<that file>.log".
+//          paths=<result> instead; empty=1: no paths, and yet no failure
+// and appends each call as a line to the file "<that file>.log". Without the C++ library, so that nothing of
+// it stays when the library is unloaded.
 #include <windows.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <string>
 
 namespace {
 
@@ -27,32 +24,65 @@ struct FontPaths {
   char pss[kPathRoom];
 };
 
-std::string Answers() {
+// Texts of a call; longer ones are cut.
+struct Text {
+  char chars[1024] = "";
+  int length = 0;
+
+  Text& operator+=(const char* more) {
+    while (*more && length < 1023) chars[length++] = *more++;
+    chars[length] = 0;
+    return *this;
+  }
+};
+
+Text Answers() {
   char path[MAX_PATH] = "";
   GetEnvironmentVariableA("VT_ATM", path, sizeof path);
-  return path;
+  Text text;
+  text += path;
+  return text;
 }
 
-void Record(const std::string& call) {
-  if (FILE* file = fopen((Answers() + ".log").c_str(), "ab")) {
-    fprintf(file, "%s\n", call.c_str());
-    fclose(file);
-  }
+void Record(const char* call, const char* argument = "") {
+  Text log = Answers();
+  log += ".log";
+  Text line;
+  line += call;
+  line += argument;
+  line += "\n";
+  const HANDLE file =
+      CreateFileA(log.chars, GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  SetFilePointer(file, 0, nullptr, FILE_END);
+  DWORD written = 0;
+  WriteFile(file, line.chars, static_cast<DWORD>(line.length), &written, nullptr);
+  CloseHandle(file);
 }
 
-int Number(const std::string& section, const char* key, int fallback) {
-  // Negative numbers too, which the system's own reader of numbers does not know.
+// Negative numbers too, which the system's own reader of numbers does not know.
+int Number(const char* section, const char* key, int fallback) {
   char text[32] = "";
-  GetPrivateProfileStringA(section.c_str(), key, "", text, sizeof text, Answers().c_str());
-  return *text ? static_cast<int>(strtol(text, nullptr, 0)) : fallback;
+  GetPrivateProfileStringA(section, key, "", text, sizeof text, Answers().chars);
+  const char* digit = text;
+  if (*digit == '-') ++digit;
+  if (!*digit) return fallback;
+  int number = 0;
+  for (; *digit >= '0' && *digit <= '9'; ++digit) number = number * 10 + (*digit - '0');
+  return *text == '-' ? -number : number;
 }
 
-std::string SectionOf(const char* name, WORD style) {
-  return std::string(name) + "," + std::to_string(style);
+Text SectionOf(const char* name, WORD style) {
+  char number[16] = "";
+  wsprintfA(number, ",%u", static_cast<UINT>(style));
+  Text section;
+  section += name;
+  section += number;
+  return section;
 }
 
-bool Path(const std::string& section, const char* key, char* path) {
-  return GetPrivateProfileStringA(section.c_str(), key, "", path, kPathRoom, Answers().c_str()) != 0;
+bool Path(const Text& section, const char* key, char* path) {
+  return GetPrivateProfileStringA(section.chars, key, "", path, kPathRoom, Answers().chars) != 0;
 }
 
 }  // namespace
@@ -86,23 +116,23 @@ int WINAPI ATMEndFontChange() {
 
 WORD WINAPI ATMGetVersion() { return static_cast<WORD>(Number("ATM", "version", 0x0401)); }
 
-int WINAPI ATMFontStatusA(char* name, WORD style, char* metrics, char* font) {
-  Record("ATMFontStatusA " + SectionOf(name, style) + " \"" + metrics + "\" \"" + font + "\"");
+int WINAPI ATMFontStatusA(char* name, WORD style, char*, char*) {
+  Record("ATMFontStatusA ", SectionOf(name, style).chars);
   return Number("ATM", "status", -407);
 }
 
 int WINAPI ATMGetFontPathsA(FontSpec* font, FontPaths* paths) {
-  const std::string section = SectionOf(font->name, font->style);
-  Record("ATMGetFontPathsA " + section);
-  const int result = Number(section, "paths", 0);
+  const Text section = SectionOf(font->name, font->style);
+  Record("ATMGetFontPathsA ", section.chars);
+  const int result = Number(section.chars, "paths", 0);
   if (result != 0) return result;
   const bool hasOutline = Path(section, "pfb", paths->pfb);
   const bool hasMetrics = Path(section, "pfm", paths->pfm);
-  return hasOutline || hasMetrics || Number(section, "empty", 0) ? 0 : kFontAbsent;
+  return hasOutline || hasMetrics || Number(section.chars, "empty", 0) ? 0 : kFontAbsent;
 }
 
 int WINAPI ATMRemoveFontA(char* name, WORD style) {
-  Record("ATMRemoveFontA " + SectionOf(name, style));
+  Record("ATMRemoveFontA ", SectionOf(name, style).chars);
   return Number("ATM", "remove", 0);
 }
 
