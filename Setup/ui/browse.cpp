@@ -29,19 +29,24 @@ Str FreePlaceholder() {
   return name;
 }
 
-// Set while the dialog is made to enter a folder, so that the hook lets that OK pass.
-bool& Entering() {
-  static bool entering = false;
-  return entering;
+// What the hook knows of the one dialog that can be open.
+struct BrowseState {
+  bool entering = false;   // the dialog is made to enter a folder: the hook lets that OK pass
+  bool cancelled = false;  // by the user
+};
+
+BrowseState& State() {
+  static BrowseState state;
+  return state;
 }
 
 // Makes the dialog enter a folder, as if its path had been typed and OK pressed.
 void EnterFolder(HWND dialog, const Str& folder) {
   SetDlgItemTextA(dialog, edt1, folder);
-  Entering() = true;
+  State().entering = true;
   SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED),
                reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDOK)));
-  Entering() = false;
+  State().entering = false;
   SetDlgItemTextA(dialog, edt1, kPlaceholder);
 }
 
@@ -50,7 +55,10 @@ UINT_PTR OnCommand(HWND dialog, int id) {
   switch (id) {
     case IDOK:
       // Entering a folder replaces the hidden name by a search pattern.
-      if (!Entering()) SetDlgItemTextA(dialog, edt1, FreePlaceholder());
+      if (!State().entering) SetDlgItemTextA(dialog, edt1, FreePlaceholder());
+      return FALSE;
+    case IDCANCEL:
+      State().cancelled = true;
       return FALSE;
     case IDC_BROWSE_CREATE: {
       Str created;
@@ -138,9 +146,11 @@ bool BrowseForFolder(HWND owner, Str& folder) {
   ofn.Flags =
       OFN_ENABLEHOOK | OFN_ENABLETEMPLATEHANDLE | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_NOTESTFILECREATE;
   if (owner) ofn.Flags |= OFN_SHOWHELP;
+  State() = BrowseState();
   if (!GetOpenFileNameA(&ofn)) {
     const DWORD errNum = CommDlgExtendedError();
-    if (errNum != 0)  // 0: cancelled
+    // A cancelled dialog may leave the number of an earlier failure.
+    if (errNum != 0 && !State().cancelled)
       LogLine(Message("/nBrowse dlg failed: CommDlgExtendedError() = <errNum:d>/n", kTemplateLiteral)
                   .With("errNum", static_cast<int32_t>(errNum)));
     return false;

@@ -190,6 +190,16 @@ TEST_F(BrowseTest, FailedDialogIsLoggedWithItsNumber) {
   EXPECT_EQ(rest.substr(digits), "/n\n");
 }
 
+TEST_F(BrowseTest, CancelAfterAFailureIsNoFailure) {
+  SetProgramModule(GetModuleHandleA("ntdll.dll"));
+  EXPECT_FALSE(BrowseForFolder(nullptr, mFolder));
+  SetProgramModule(nullptr);
+  EXPECT_NE(Log(), "");
+  Answerer answerer(kCaption, [](HWND dialog) { Press(dialog, IDCANCEL); });
+  EXPECT_FALSE(BrowseForFolder(nullptr, mFolder));
+  EXPECT_EQ(Log(), "");
+}
+
 TEST_F(BrowseTest, SilentRunShowsNothing) {
   BeSilent();
   EXPECT_FALSE(BrowseForFolder(nullptr, mFolder));
