@@ -104,7 +104,7 @@ IniStorePtr IniOpen(const char* path, bool readOnly) {
 }
 
 IniStorePtr IniOpenMem(MemHandle& hand, bool readOnly) {
-  VT_ASSERT(hand.GetLockCount() == 0, "hand.GetLockCount() == 0");
+  VT_ASSERT(!hand.IsValid() || hand.GetLockCount() == 0, "hand.GetLockCount() == 0");
   auto ini = std::make_unique<IniStore>(iniMEM, readOnly);
   ini->hand = &hand;
   return IniStorePtr(OpenIniMemory(*ini) ? ini.release() : nullptr);
