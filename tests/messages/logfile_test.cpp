@@ -12,6 +12,7 @@
 #include "messages/res.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/library_maker.h"
 #include "support/registry_guard.h"
 #include "support/temp_dir.h"
@@ -126,6 +127,21 @@ TEST_F(LogTest, AccentedFolderHoldsItsLog) {
   EXPECT_TRUE(CloseAndRenameLog());
   EXPECT_FALSE(PathExists(folder + "\\QLSetup.log"));
   EXPECT_NE(ReadWholeFile(folder + "\\Veltrane6.log").find("line\r\n"), std::string::npos);
+}
+
+DWORD WINAPI NoShortName(LPCSTR, LPSTR, DWORD) {
+  SetLastError(ERROR_INVALID_PARAMETER);
+  return 0;
+}
+
+TEST_F(LogTest, AccentedFolderWithoutShortNameHoldsItsLog) {
+  const std::string folder = mDir.MakeFolder("d\xe9j\xe0 vu");
+  AppSetVariable("AppName", "Veltrane");
+  AppSetVariable("MajVersion", "6");
+  const ImportDouble naming("GetShortPathNameA", reinterpret_cast<void*>(&NoShortName));
+  ASSERT_TRUE(OpenLog(folder.c_str(), "QLSetup.log"));
+  EXPECT_TRUE(CloseAndRenameLog());
+  EXPECT_EQ(NamesIn(folder), std::vector<std::string>{"Veltrane6.log"});
 }
 
 TEST_F(LogTest, OthersMayReadWhileItIsOpen) {

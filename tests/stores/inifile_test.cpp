@@ -7,13 +7,13 @@
 
 #include "base/handle.h"
 #include "base/hooks.h"
-#include "import_double.h"
 #include "ini_support.h"
 #include <map>
 #include "messages/res.h"
 #include "stores/inistore.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/library_maker.h"
 #include "support/temp_dir.h"
 

@@ -8,6 +8,7 @@
 
 #include "ini_support.h"
 #include "support/assert_recorder.h"
+#include "support/import_double.h"
 #include "support/registry_guard.h"
 
 namespace {
@@ -209,6 +210,59 @@ TEST_F(IniRegTest, StoresCanBeOpenTogether) {
   const IniStorePtr second = IniOpen("REG*HKEY_CURRENT_USER\\Software\\VTTestIni\\A", true);
   EXPECT_EQ(Listing(first.get()), "[A] k=1");
   EXPECT_EQ(Listing(second.get()), "[Sub] k=2");
+}
+
+LSTATUS WINAPI FailingEnumValue(HKEY, DWORD, LPSTR, LPDWORD, LPDWORD, LPDWORD, LPBYTE, LPDWORD) {
+  return ERROR_REGISTRY_CORRUPT;
+}
+LSTATUS WINAPI FailingEnumKey(HKEY, DWORD, LPSTR, LPDWORD, LPDWORD, LPSTR, LPDWORD, PFILETIME) {
+  return ERROR_REGISTRY_CORRUPT;
+}
+decltype(&RegOpenKeyExA) sOriginalOpen = nullptr;
+LSTATUS WINAPI FailingOpen(HKEY key, LPCSTR name, DWORD options, REGSAM access, PHKEY opened) {
+  if (name != nullptr && std::string(name) == "locked") return ERROR_ACCESS_DENIED;
+  return sOriginalOpen(key, name, options, access, opened);
+}
+
+TEST_F(IniRegTest, UnreadableValuesFailTheOpening) {
+  Set("A", "k", "1");
+  const ImportDouble enumerating("RegEnumValueA", reinterpret_cast<void*>(&FailingEnumValue));
+  EXPECT_EQ(Open(true), nullptr);
+  EXPECT_EQ(Open(false), nullptr);
+}
+
+TEST_F(IniRegTest, UnreadableSubkeysFailTheOpening) {
+  Set("A", "k", "1");
+  Set("locked", "k", "1");
+  {
+    const ImportDouble enumerating("RegEnumKeyExA", reinterpret_cast<void*>(&FailingEnumKey));
+    EXPECT_EQ(Open(true), nullptr);
+  }
+  {
+    const ImportDouble opening("RegOpenKeyExA", reinterpret_cast<void*>(&FailingOpen));
+    sOriginalOpen = reinterpret_cast<decltype(sOriginalOpen)>(opening.Original());
+    EXPECT_EQ(Open(true), nullptr);
+  }
+  EXPECT_NE(Open(true), nullptr);
+}
+
+TEST_F(IniRegTest, StoreCanBeOpenedAfterAFailure) {
+  Set("A", "k", "1");
+  Set("B", "k", "2");
+  {
+    const ImportDouble enumerating("RegEnumValueA", reinterpret_cast<void*>(&FailingEnumValue));
+    EXPECT_EQ(Open(true), nullptr);
+  }
+  const IniStorePtr ini = Open(true);
+  EXPECT_EQ(ReadOf(ini.get(), "A", "k"), "1");
+  EXPECT_EQ(ReadOf(ini.get(), "B", "k"), "2");
+}
+
+TEST_F(IniRegTest, ValueNamesOf512CharactersFailTheOpening) {
+  Set("A", std::string(511, 'n'), "fits");
+  EXPECT_EQ(ReadOf(Open(true).get(), "A", std::string(511, 'n').c_str()), "fits");
+  Set("A", std::string(512, 'n'), "long");
+  EXPECT_EQ(Open(true), nullptr);
 }
 
 // Writing back

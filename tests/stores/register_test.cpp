@@ -6,9 +6,9 @@
 
 #include <string>
 
-#include "import_double.h"
 #include "messages/app_vars.h"
 #include "support/assert_recorder.h"
+#include "support/import_double.h"
 #include "support/registry_guard.h"
 #include "support/temp_dir.h"
 

@@ -9,12 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "import_double.h"
 #include "ini_support.h"
 #include "messages/app_vars.h"
 #include "stores/configcodec.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -142,6 +142,28 @@ TEST_F(ConfigFileTest, UnknownSizeGivesTransferFailed) {
   EXPECT_EQ(Write(), 0u);
   const ImportDouble sizing("GetFileSize", reinterpret_cast<void*>(&FailingSize));
   EXPECT_EQ(ReadConfigFile(mList, Path().c_str()), 0x80040209u);
+}
+
+// Blocks of more than a megabyte cannot be had.
+void* (*sOriginalAllocation)(size_t) = nullptr;
+void* LimitedAllocation(size_t size) { return size > 1024 * 1024 ? nullptr : sOriginalAllocation(size); }
+
+TEST_F(ConfigFileTest, NoMemoryForWritingIsToldApart) {
+  mList.Set("A", std::string(2 * 1024 * 1024, 'x').c_str());
+  const ImportDouble allocating("malloc", reinterpret_cast<void*>(&LimitedAllocation));
+  sOriginalAllocation = reinterpret_cast<decltype(sOriginalAllocation)>(allocating.Original());
+  EXPECT_EQ(Write(), 0x80000000u);
+  EXPECT_FALSE(PathExists(Path()));
+}
+
+TEST_F(ConfigFileTest, NoMemoryForReadingGivesTransferFailed) {
+  mList.Set("A", std::string(2 * 1024 * 1024, 'x').c_str());
+  EXPECT_EQ(Write(), 0u);
+  VarList read;
+  const ImportDouble allocating("malloc", reinterpret_cast<void*>(&LimitedAllocation));
+  sOriginalAllocation = reinterpret_cast<decltype(sOriginalAllocation)>(allocating.Original());
+  EXPECT_EQ(ReadConfigFile(read, Path().c_str()), 0x80040209u);
+  EXPECT_TRUE(read.IsEmpty());
 }
 
 // Reading
