@@ -249,10 +249,22 @@ void RunEndSection() {
                      nullptr);
 }
 
+void DeleteHeldFile(const Str& path) {
+  const bool deleted = FS::Delete(path);
+  const Message line = Message("Deleting <PathName>, result = <Result>", kTemplateLiteral)
+                           .With("Result", deleted ? "success" : "failure")
+                           .With("PathName", path);
+  if (deleted) {
+    LogLine(line);
+  } else {
+    LogError(line);
+  }
+}
+
 // Deletes what a removal could not while the program held it, then the script and the program itself.
 void DeleteOwnFiles(const SequenceResult& result) {
   if (!result.heldFiles.empty()) FreeLanguageLibrary();
-  for (const Str& path : result.heldFiles) FS::Delete(path);
+  for (const Str& path : result.heldFiles) DeleteHeldFile(path);
   if (!result.deleteSelf) return;
   Script().Close();
   FS::Delete(JoinPath(AppGetExpanded("CurrDir"), kScriptName));

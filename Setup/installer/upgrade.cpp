@@ -96,7 +96,7 @@ uint32_t WaitForOldSetup(const KernelHandle& process) {
 
 // Runs the old setup's silent removal to its end; false when it could not be started.
 bool RunOldSetup(const OldSetup& setup) {
-  const HWND status = ShowStatus(Message(kStatusText));
+  const HWND status = Run().IsQuiet() ? nullptr : ShowStatus(Message(kStatusText));
   if (status != nullptr && setup.topmost == nullptr) SetTopmost(status, true);
   KernelHandle process;
   const DWORD error = StartOldSetup(setup.path, process);
