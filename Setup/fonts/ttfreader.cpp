@@ -72,6 +72,7 @@ bool TtfFindTables(Bytes directory, uint32_t fileSize, TtfTables& tables) {
 }
 
 bool TtfReadNames(Bytes nameTable, TtfNames& names) {
+  names = TtfNames();
   if (!Has(nameTable, 0, kNameHeaderSize)) return false;
   const size_t count = U16(nameTable, 2);
   const size_t storage = U16(nameTable, 4);
