@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstring>
 #include <deque>
-#include <new>
 #include <string>
 
 #include "base/assert.h"
@@ -99,10 +98,12 @@ void AppendEntry(Entry&& entry) {
   for (size_t i = 0; i < gList.entries.size(); ++i) LinkEntry(i);
 }
 
-// Bytes that the next entry may need, its texts and a larger bucket table included.
+// Bytes that the next entry needs at most, its texts and, when it is due, a larger bucket table included.
 size_t RoomToGrow() {
   constexpr size_t kEntryRoom = sizeof(Entry) + 4 * size_t{FS::kMaxPathNameLen};
-  return kEntryRoom + 2 * std::max(kFirstBuckets, gList.buckets.size()) * sizeof(gList.buckets[0]);
+  const bool rehash = gList.entries.size() >= gList.buckets.size();
+  return kEntryRoom +
+         (rehash ? 2 * std::max(kFirstBuckets, gList.buckets.size()) * sizeof(gList.buckets[0]) : 0);
 }
 
 template <size_t kSize>

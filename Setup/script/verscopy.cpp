@@ -128,12 +128,15 @@ uint32_t MyVerInstallFile(const VersionApi& api, DWORD flags, CopyJob& job) {
 
   DWORD error = 0;
   DWORD result = CallInstall(api, flags, job, destName, error);
-  if (result != 0) LogCode("VerInstallFile: GetLastError", error);
-  constexpr DWORD kNoReason = VIF_MISMATCH | VIF_TEMPFILE;
-  if ((result & VIF_MISMATCH) != 0 && (result & ~kNoReason) == 0)
-    result = CallInstall(api, kForce, job, destName, error);
-
-  const uint32_t status = StatusOfInstall(result, IsWritableFile(target));
+  uint32_t status = StatusOfInstall(result, IsWritableFile(target));
+  if (result != 0 && status != vcInUse) {
+    LogCode("VerInstallFile: GetLastError", error);
+    constexpr DWORD kNoReason = VIF_MISMATCH | VIF_TEMPFILE;
+    if ((result & VIF_MISMATCH) != 0 && (result & ~kNoReason) == 0) {
+      result = CallInstall(api, kForce, job, destName, error);
+      status = StatusOfInstall(result, IsWritableFile(target));
+    }
+  }
   if (status == vcOther) LogCode("MyVerInstallFile: installCodes", result);
   if (result != 0) SweepInstallFolder(job.installDir);
   if (!temporary.IsEmpty()) FinishShortNames(status == 0, temporary, target);

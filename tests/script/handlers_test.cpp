@@ -209,8 +209,9 @@ TEST_F(RegistryLine, LinesThatNameNoKeyAreLoggedAndDoNothing) {
 }
 
 TEST_F(RegistryLine, AFailedCreationIsLoggedAndSucceeds) {
-  EXPECT_EQ(Call("+HKEY_DYN_DATA\\NoSuch\\Key\\Name", "x"), 1);
-  EXPECT_TRUE(Holds(Log(), "RegCreateKeyValue couldn't create key, \"0x80000006\\NoSuch\\Key\"."));
+  const std::string key = "Software\\VeltraneTest\\" + std::string(300, 'k');  // a component has at most 255
+  EXPECT_EQ(Call("+HKEY_CURRENT_USER\\" + key + "\\Name", "x"), 1);
+  EXPECT_TRUE(Holds(Log(), "RegCreateKeyValue couldn't create key, \"0x80000001\\" + key + "\"."));
 }
 
 TEST_F(RegistryLine, NullTextsAssert) {

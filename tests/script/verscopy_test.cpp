@@ -4,6 +4,7 @@
 
 #include "script/tempnotes.h"
 #include "script_fixture.h"
+#include "support/process.h"
 #include "versioned_file.h"
 
 namespace {
@@ -410,20 +411,20 @@ TEST_F(RealCopy, ARunningProgramIsInUse) {
 }
 
 TEST_F(RealCopy, ACompressedSourceIsExpandedUnderTheGivenName) {
-  mDir.Write("dist\\file.dl_", Compressed("expanded text", 'l'));
+  mDir.Write("dist\\file.dl_", MakeLzFile("expanded text", 'l'));
   EXPECT_EQ(VersionCopy(Dist("file.dl_").c_str(), Prog("other.dll").c_str(), false), 0u);
   EXPECT_EQ(mDir.Read("prog\\other.dll"), "expanded text");
 }
 
 TEST_F(RealCopy, ACompressedSourceWithoutADestinationNameGetsItsExpandedName) {
-  mDir.Write("dist\\FILE.DL_", Compressed("expanded text", 'L'));
+  mDir.Write("dist\\FILE.DL_", MakeLzFile("expanded text", 'L'));
   Str dest(Prog("").c_str());
   EXPECT_EQ(VersionCopy(Dist("FILE.DL_").c_str(), dest, false), 0u);
   EXPECT_EQ(mDir.Read("prog\\FILE.DLL"), "expanded text");
 }
 
 TEST_F(RealCopy, AnEmptyDestinationReceivesTheFullPath) {
-  mDir.Write("dist\\VTSHARED.DL_", Compressed("expanded text", 'L'));
+  mDir.Write("dist\\VTSHARED.DL_", MakeLzFile("expanded text", 'L'));
   Str dest;
   ASSERT_EQ(VersionCopy(Dist("VTSHARED.DL_").c_str(), dest, false), 0u);
   const std::string path = dest.Chars();
