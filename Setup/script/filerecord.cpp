@@ -1,13 +1,18 @@
 #include "script/filerecord.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace {
 
+// The text up to the next comma; blanks around it do not count.
 std::string_view TakeField(std::string_view& text) {
+  constexpr std::string_view kBlanks = " \t";
   const size_t comma = text.find(',');
-  const std::string_view field = text.substr(0, comma);
+  std::string_view field = text.substr(0, comma);
   text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
+  field.remove_prefix(std::min(field.find_first_not_of(kBlanks), field.size()));
+  field.remove_suffix(field.size() - (field.find_last_not_of(kBlanks) + 1));
   return field;
 }
 

@@ -13,6 +13,16 @@ TEST(FileRecord, FourFieldsAreSplitAtCommas) {
   EXPECT_EQ(fields.size, "1234");
 }
 
+TEST(FileRecord, BlanksAroundAFieldDoNotCount) {
+  RecordFields fields;
+  ASSERT_TRUE(SplitRecord(" 1,\tsub dir\\a.dl_ , ?C:\\My Prog\\a.dll , 4 ", fields));
+  EXPECT_EQ(fields.disk, "1");
+  EXPECT_EQ(fields.source, "sub dir\\a.dl_");
+  EXPECT_EQ(fields.dest, "?C:\\My Prog\\a.dll");
+  EXPECT_EQ(fields.size, "4");
+  EXPECT_FALSE(SplitRecord("1,  ,b,4", fields));
+}
+
 TEST(FileRecord, FewerThanFourFieldsAreRefused) {
   RecordFields fields;
   EXPECT_FALSE(SplitRecord("", fields));
