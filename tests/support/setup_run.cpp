@@ -172,7 +172,9 @@ std::unique_ptr<ChildProcess> SetupRun::StartFrom(const std::string& folder, con
   ProcessOptions options;
   options.folder = mRoot.Path();
   options.environment = EnvironmentWithTemp(Temp());
-  return std::make_unique<ChildProcess>(Quoted(folder + "\\Setup.exe") + " " + args, options);
+  const std::string commandLine = Quoted(folder + "\\Setup.exe") + " " + args;
+  return std::make_unique<ChildProcess>(mLauncher.empty() ? commandLine : mLauncher + Quoted(commandLine),
+                                        options);
 }
 
 RunOutcome SetupRun::Run(const std::string& args, DWORD timeoutMs) const {

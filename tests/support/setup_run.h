@@ -77,6 +77,8 @@ class SetupRun {
   // Copies Setup.exe into the destination beside the script, as an installed product has it.
   void CopySetupToDest() const;
 
+  // A program that starts the runs: its command line up to the argument that is the run's whole command line.
+  void SetLauncher(const std::string& launcher) { mLauncher = launcher; }
   RunOutcome Run(const std::string& args, DWORD timeoutMs = 60000) const;
   // From another folder's Setup.exe.
   RunOutcome RunFrom(const std::string& folder, const std::string& args, DWORD timeoutMs = 60000) const;
@@ -97,6 +99,7 @@ class SetupRun {
   TempDir mRoot;
   std::string mSource;
   std::string mDest;
+  std::string mLauncher;
   std::vector<FileLine> mFiles;
 };
 
