@@ -64,7 +64,7 @@ DynLib::DynLib(const char* pathStr, const char* const* funcNames, int32_t numFun
     if ((flags & kReportFailure) != 0) ReportMissing(pathStr);
     return;
   }
-  for (size_t i = 0; i < mFuncs.size(); ++i) {
+  for (size_t i = 0; funcNames != nullptr && i < mFuncs.size(); ++i) {
     if (!VT_ASSERT(funcNames[i] != nullptr, "funcNames[i]")) continue;
     mFuncs[i] = GetProcAddress(mModule.Get(), funcNames[i]);
     VT_ASSERT(mFuncs[i] != nullptr, funcNames[i]);

@@ -142,7 +142,8 @@ std::unique_ptr<wchar_t[]> WStr::Reserve(int64_t needed) {
   VT_ASSERT(needed >= 0, "needed >= 0");
   if (needed <= mCapacity) return nullptr;
   const int64_t capacity = (needed + kGrowStep - 1) / kGrowStep * kGrowStep;
-  if (capacity > std::numeric_limits<int32_t>::max() / int64_t{sizeof(wchar_t)}) StopForMemory(MemError::kAlloc);
+  if (capacity > std::numeric_limits<int32_t>::max() / int64_t{sizeof(wchar_t)})
+    StopForMemory(MemError::kAlloc);
 
   wchar_t* const buffer = new wchar_t[static_cast<size_t>(capacity)];
   std::wmemcpy(buffer, mCharP, static_cast<size_t>(mLen) + 1);
