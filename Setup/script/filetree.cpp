@@ -40,6 +40,8 @@ bool DeleteFileOrEmptyDir(const char* path) {
 
 bool IsDeletableTree(const char* path) {
   FSPath full(path);
+  // A drive without a path would stand for its current folder; what is meant is the drive.
+  if (full.Length() == 2 && path[1] == ':') return false;
   if (full.IsEmpty() || !full.MakeFull() || HoldsPath(full, full.Components(FSPath::compVolume)))
     return false;
   Str folder;

@@ -19,8 +19,6 @@ bool HoldsPath(const char* folder, const char* inner) {
     return full;
   };
   const Str outer = closed(folder);
-  Str start = closed(inner);
-  if (start.Length() < outer.Length()) return false;
-  start.Delete(outer.Length(), -1);
-  return start.ICompare(outer) == 0;
+  const Str start = closed(inner);
+  return Str(start.View().substr(0, outer.View().size())).ICompare(outer) == 0;
 }
