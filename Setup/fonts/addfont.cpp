@@ -117,7 +117,8 @@ bool ReportCopyFailure(const char* fontName, const FSPath& dest) {
 // Copies, registers and loads the font; the destination may get another name.
 bool PlaceFont(const TrueTypeData& font, const char* sourcePath, const char* destPath, bool deleteSource) {
   Str dest(destPath);
-  if (GetUniqueName(dest))
+  // A name too long to be numbered stays.
+  if (GetUniqueName(dest) && dest.ICompare(destPath) != 0)
     LogLine(
         Message("InstallTTFont: destination pathname changed from <OrigPath> to <NewPath>, due to a filename "
                 "collision.")

@@ -343,6 +343,16 @@ TEST_F(InstallFont, AReadOnlyFileOfThatNameIsLeftAlone) {
   EXPECT_EQ(mDir.Read("Fonts\\vt.ttf"), "another file");
 }
 
+TEST_F(InstallFont, ANameTooLongToBeNumberedIsOverwritten) {
+  const std::string name = std::string(259 - mFonts.size() - 5, 'v') + ".ttf";
+  mDir.Write("Fonts\\" + name, "another file");
+  const std::string source = Font("new.ttf");
+  EXPECT_TRUE(InstallTTFont(source.c_str(), InFonts(name).c_str(), false));
+  EXPECT_EQ(Log(), "");
+  EXPECT_EQ(mDir.Read("Fonts\\" + name), mDir.Read("new.ttf"));
+  EXPECT_EQ(Listed(kFamily), name);
+}
+
 TEST_F(InstallFont, AMissingFolderIsShown) {
   const std::string source = Font("new.ttf");
   EXPECT_FALSE(InstallTTFont(source.c_str(), mDir.Join("none\\vt.ttf").c_str(), false));

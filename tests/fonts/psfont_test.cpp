@@ -250,8 +250,8 @@ TEST_F(AtmTest, TheLibraryIsLoadedAndLetGo) {
     uint16_t major = 0;
     uint16_t minor = 0;
     atm.GetVersion(major, minor);
-    EXPECT_EQ(major, 1);
-    EXPECT_EQ(minor, 4);
+    EXPECT_EQ(major, 4);
+    EXPECT_EQ(minor, 1);
   }
   EXPECT_EQ(Calls(), "ATMProperlyLoaded\nATMFinish\n");
 }
