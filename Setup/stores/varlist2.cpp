@@ -1,7 +1,6 @@
 #include "stores/varlist2.h"
 
 #include <cstring>
-#include <new>
 #include <span>
 #include <string>
 
