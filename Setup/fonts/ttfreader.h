@@ -1,6 +1,6 @@
 #pragma once
 // What the setup needs to know of a TrueType file, read from its bytes. Pure: no files, no Windows. All
-// numbers in the file are big-endian; layout as in the TrueType specification of the table directory, name,
+// numbers in the file are big-endian; layout as published for the TrueType table directory and its name,
 // head and OS/2 tables.
 #include <cstddef>
 #include <cstdint>
