@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/assert.h"
+#include "base/fatal.h"
 #include "base/str.h"
 
 namespace {
@@ -20,6 +21,8 @@ bool FindVariable(const char* name, Str* value) {
   return true;
 }
 void CountIo(bool) { ++gCalls; }
+void CountExhausted(uint32_t) { ++gCalls; }
+void CountFatal() { ++gCalls; }
 
 class HooksTest : public testing::Test {
  protected:
@@ -35,6 +38,8 @@ TEST_F(HooksTest, NullEntriesBecomeHarmlessDefaults) {
   hooks.logBlock("text");
   hooks.logLine("text");
   hooks.fileIoFailed(true);
+  hooks.memoryExhausted(MemError::kAlloc);
+  hooks.fatalError();
   Str text("kept");
   EXPECT_FALSE(hooks.resourceText(2048, &text));
   EXPECT_FALSE(hooks.variable("Version", &text));
@@ -42,13 +47,15 @@ TEST_F(HooksTest, NullEntriesBecomeHarmlessDefaults) {
 }
 
 TEST_F(HooksTest, SetHooksReplacesEachAndReturnsTheFormerOnes) {
-  const HookTable all = {CountAssert, CountText, CountText, FindText, FindVariable, CountIo};
+  const HookTable all = {CountAssert, CountText, CountText, FindText, FindVariable, CountIo, CountExhausted, CountFatal};
   SetHooks(all);
   Hooks().assertFailed("", "", 0);
   Hooks().logBlock("");
   Hooks().logLine("");
   Hooks().fileIoFailed(false);
-  EXPECT_EQ(gCalls, 4);
+  Hooks().memoryExhausted(MemError::kAlloc);
+  Hooks().fatalError();
+  EXPECT_EQ(gCalls, 6);
   Str text;
   EXPECT_TRUE(Hooks().resourceText(7, &text));
   EXPECT_STREQ(text, "text 7");
