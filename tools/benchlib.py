@@ -162,14 +162,15 @@ class Running:
 class Prefix:
     """A clone of the golden Windows prefix, deleted by close() or at the end of the with block."""
 
-    def __init__(self, display=None, locale="C.UTF-8"):
+    def __init__(self, display=None, locale="C.UTF-8", place=None):
+        """`place`: the folder that holds the clone, the cache when not given."""
         here = places()
         self.display = display or shared_display()
         self.locale = locale
         self.env = {}
         self.running = []
         self.outputs = 0
-        self.root = tempfile.mkdtemp(prefix="%d." % os.getpid(), dir=os.path.join(here["CACHE"], "clones"))
+        self.root = tempfile.mkdtemp(prefix="%d." % os.getpid(), dir=place or os.path.join(here["CACHE"], "clones"))
         copied = subprocess.run(["cp", "-a", here["GOLDEN"] + "/.", self.root], stdin=subprocess.DEVNULL, check=False)
         if copied.returncode != 0:
             self.close()
