@@ -98,8 +98,8 @@ bool AtmLibrary::Bind(const char* moduleName) {
 
 void AtmLibrary::GetVersion(uint16_t& major, uint16_t& minor) const {
   const WORD version = mFuncs[kGetVersion] ? Func<VersionFunc>(kGetVersion)() : WORD{0};
-  major = HIBYTE(version);
-  minor = LOBYTE(version);
+  major = LOBYTE(version);
+  minor = HIBYTE(version);
 }
 
 int AtmLibrary::FontStatus(const char* windowsName, uint32_t style) const {

@@ -1,6 +1,6 @@
 // Stand-in for Adobe Type Manager's library (put it into the system folder as ATM32.dll). It answers from the
 // file that the environment variable VT_ATM names, an INI file:
-//   [ATM]  loaded=0|1 (1)   version=<number> (1025)
+//   [ATM]  loaded=0|1 (1)   version=<minor * 256 + major> (260)
 //          remove=<result of every removal> (0)   status=<result of every status question> (-407)
 //   [<name>,<style>]  pfb=<path>   pfm=<path>        one installed font
 //          paths=<result> instead; empty=1: no paths, and yet no failure
@@ -114,7 +114,7 @@ int WINAPI ATMEndFontChange() {
   return 0;
 }
 
-WORD WINAPI ATMGetVersion() { return static_cast<WORD>(Number("ATM", "version", 0x0401)); }
+WORD WINAPI ATMGetVersion() { return static_cast<WORD>(Number("ATM", "version", 0x0104)); }
 
 int WINAPI ATMFontStatusA(char* name, WORD style, char*, char*) {
   Record("ATMFontStatusA ", SectionOf(name, style).chars);
