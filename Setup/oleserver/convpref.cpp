@@ -82,18 +82,18 @@ void AdjustUserStyles(IniStore* target, bool ownProduct) {
   IniWriteString(target, "User1", changed);
 }
 
-// The font that the system puts in this one's place; names may carry a ",charset" tail.
+// The other font that the system puts in this one's place. Names may carry a ",charset" tail; one without
+// comes first.
 bool FindSubstitute(const Str& font, Str& substitute) {
   KWinRegistry substitutes;
-  if (!substitutes.OpenRooted(kSubstitutesKey, wrRead)) return false;
+  if (font.IsEmpty() || !substitutes.OpenRooted(kSubstitutesKey, wrRead)) return false;
   Str name;
   Str data;
-  for (uint32_t i = 0; substitutes.EnumValue(i, name, data); ++i) {
-    if (name.ICompare(font) != 0 && BeforeComma(name).ICompare(font) != 0) continue;
-    substitute = BeforeComma(data);
-    return !substitute.IsEmpty();
-  }
-  return false;
+  bool found = substitutes.GetValue(font, data);
+  for (uint32_t i = 0; !found && substitutes.EnumValue(i, name, data); ++i)
+    found = BeforeComma(name).ICompare(font) == 0;
+  substitute = BeforeComma(data);
+  return found && !substitute.IsEmpty() && substitute.ICompare(font) != 0;
 }
 
 // New text of a style whose font must be adapted to this machine; false when it stays.
@@ -110,21 +110,21 @@ bool AdaptStyle(const Str& value, Str& adapted) {
   return true;
 }
 
-// Puts the cursor back on the key that was just written.
-void AdvanceTo(IniStore* store, const Str& wanted) {
+// Puts the cursor back on the key that was just written. By its place, for a key may be there twice.
+void AdvanceTo(IniStore* store, int32_t place) {
   Str key;
-  for (bool first = true; IniNextKey(store, first, nullptr, key, nullptr); first = false)
-    if (key == wanted) return;
+  for (int32_t i = 0; i <= place; ++i)
+    if (!IniNextKey(store, i == 0, nullptr, key, nullptr)) return;
 }
 
 void AdaptStyles(IniStore* target) {
   Str key;
   Str value;
-  for (bool first = true; IniNextKey(target, first, nullptr, key, &value); first = false) {
+  for (int32_t place = 0; IniNextKey(target, place == 0, nullptr, key, &value); ++place) {
     Str adapted;
     if (!AdaptStyle(value, adapted)) continue;
     IniWriteString(target, key, adapted);
-    AdvanceTo(target, key);
+    AdvanceTo(target, place);
   }
 }
 

@@ -56,10 +56,15 @@ const COLEEquationReg* SelectedServer(HWND dialog, int list) {
   return reinterpret_cast<const COLEEquationReg*>(data);
 }
 
+bool IsListed(HWND dialog, int list, const COLEEquationReg& server) {
+  const Str name = server.DisplayName();
+  return SendDlgItemMessageA(dialog, list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                             reinterpret_cast<LPARAM>(name.Chars())) != LB_ERR;
+}
+
 void AddServer(HWND dialog, int list, const COLEEquationReg& server) {
   const Str name = server.DisplayName();
   const LPARAM text = reinterpret_cast<LPARAM>(name.Chars());
-  if (SendDlgItemMessageA(dialog, list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), text) != LB_ERR) return;
   const LRESULT index = SendDlgItemMessageA(dialog, list, LB_ADDSTRING, 0, text);
   if (index >= 0)
     SendDlgItemMessageA(dialog, list, LB_SETITEMDATA, static_cast<WPARAM>(index),
@@ -89,7 +94,8 @@ void FillLists(HWND dialog) {
   for (const int list : {kConvert.list, kKeep.list}) SendDlgItemMessageA(dialog, list, LB_RESETCONTENT, 0, 0);
   for (const auto& server : manager->servers) {
     if (manager->installedOnly && !IsServerInstalled(*server)) continue;
-    AddServer(dialog, server->ConvertsToUs() ? kConvert.list : kKeep.list, *server);
+    const int list = server->ConvertsToUs() ? kConvert.list : kKeep.list;
+    if (!IsListed(dialog, list, *server)) AddServer(dialog, list, *server);
   }
   UpdateAllButtons(dialog);
 }

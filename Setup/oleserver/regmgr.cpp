@@ -106,11 +106,12 @@ bool RecallTarget(const Str& classId, Str& target) {
   return true;
 }
 
+// A target that is no class identifier ends the conversion.
 void ApplyAutoConvert(const Str& classId, const Str& target) {
   CLSID from;
-  CLSID to = CLSID_NULL;
+  CLSID to;
   if (!ParseClassId(classId, from)) return;
-  if (!target.IsEmpty() && !ParseClassId(target, to)) return;
+  if (!ParseClassId(target, to)) to = CLSID_NULL;
   // A class that is not registered cannot be converted; nobody can do anything about it.
   static_cast<void>(OleSetAutoConvert(from, to));
 }
@@ -148,8 +149,10 @@ Str COLEEquationReg::ServerPath() const {
   Str command;
   if (!ReadClassValue(mClassId, "\\LocalServer32", command) &&
       !ReadClassValue(mClassId, "\\LocalServer", command)) {
-    const Str key = JoinPath(ProgId(), "protocol\\StdExecute");
-    if (!RegQueryString(HKEY_CLASSES_ROOT, key, "Server", command)) return Str();
+    const Str progId = ProgId();
+    if (progId.IsEmpty() ||
+        !RegQueryString(HKEY_CLASSES_ROOT, JoinPath(progId, "protocol\\StdExecute"), "Server", command))
+      return Str();
   }
   if (command.Length() > kMaxServerText) command.Delete(kMaxServerText, -1);
   return Str(std::string_view(ServerProgram(command.View())));
@@ -158,7 +161,12 @@ Str COLEEquationReg::ServerPath() const {
 Str COLEEquationReg::UserTypeName() const { return UserType(mClassId); }
 
 Str COLEEquationReg::DisplayName() const {
-  return ProgId() == kOldestProgId ? MakeTemplate(kOldestReleaseName, kTemplateExpand) : UserTypeName();
+  const Str progId = ProgId();
+  if (progId == kOldestProgId) return MakeTemplate(kOldestReleaseName, kTemplateExpand);
+  Str name = UserTypeName();
+  // An entry without any text could not be told from another one.
+  if (name.IsEmpty()) name = progId.IsEmpty() ? mClassId : progId;
+  return name;
 }
 
 ServerDescription COLEEquationReg::Description() const {

@@ -27,7 +27,8 @@ int32_t StartProduct(const Str& program, const Str& args) {
   const DWORD error = GetLastError();
   if (error == ERROR_FILE_NOT_FOUND) return kFileNotFound;
   if (error == ERROR_PATH_NOT_FOUND) return kPathNotFound;
-  return static_cast<int32_t>(reinterpret_cast<INT_PTR>(info.hInstApp));
+  const int32_t result = static_cast<int32_t>(reinterpret_cast<INT_PTR>(info.hInstApp));
+  return result > kShellSuccess ? 0 : result;
 }
 
 }  // namespace
@@ -42,12 +43,11 @@ bool RegisterProduct(bool install, bool required) {
   Str command(program);
   command.Append(' ');
   command.Append(args);
-  Message line("OLE Registration command: <ExecCmd> = <Stat> <ErrCode>", kTemplateLiteral);
-  line.With("ExecCmd", command).With("Stat", success ? "Success" : "Fail: Error = ").With("ErrCode", result);
-  if (success)
-    LogLine(line);
-  else
-    LogError(line);
+  LogLine(Message("OLE Registration command: <ExecCmd> = <Stat> <ErrCode>", kTemplateLiteral)
+              .With("ExecCmd", command)
+              .With("Stat", success ? "Success" : "Fail: Error = ")
+              .With("ErrCode", result));
+  // A program that is gone needs no time.
   if (!install && result > kShellSuccess) PumpFor(kSettleTime);
   return success;
 }

@@ -2,7 +2,6 @@
 
 namespace {
 
-constexpr std::string_view kProgIdPrefix = "Equation.";
 constexpr std::string_view kMakerCode = "KV";
 constexpr std::string_view kProductCode = "RX";
 constexpr std::string_view kProductProgram = "Veltrane";
@@ -11,6 +10,8 @@ constexpr std::string_view kMicrosoft = "MS";
 // The product's releases 1 to 3 share this ProgID text.
 constexpr std::string_view kThirdRelease = "KVRX36";
 constexpr int32_t kThirdReleaseVersion = 3;
+
+bool IsBlank(char ch) { return ch == ' ' || ch == '\t'; }
 
 char Lower(char ch) { return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch - 'A' + 'a') : ch; }
 
@@ -31,19 +32,23 @@ int32_t LeadingNumber(std::string_view text) {
   return number;
 }
 
+// The program's name ends here: at a blank or at a switch that follows without one.
+bool EndsProgram(std::string_view rest) {
+  return rest.empty() || IsBlank(rest.front()) || rest.front() == '/';
+}
+
 }  // namespace
 
 ServerDescription DescribeServer(std::string_view progId, std::string_view serverBaseName) {
   ServerDescription server;
-  if (progId.find('.') == std::string_view::npos) {
+  const size_t dot = progId.find('.');
+  if (dot == std::string_view::npos) {
     server.own = EqualNoCase(serverBaseName, kProductProgram);
     server.maker = server.own ? kMakerCode : kMicrosoft;
     server.version = server.own ? kThirdReleaseVersion : 1;
     return server;
   }
-  std::string_view code = progId;
-  if (EqualNoCase(progId.substr(0, kProgIdPrefix.size()), kProgIdPrefix))
-    code.remove_prefix(kProgIdPrefix.size());
+  const std::string_view code = progId.substr(dot + 1);
   if (code.size() < 5) {
     server.maker = kMicrosoft;
     server.version = LeadingNumber(code);
@@ -57,15 +62,15 @@ ServerDescription DescribeServer(std::string_view progId, std::string_view serve
 
 std::string ServerProgram(std::string_view command) {
   constexpr std::string_view kExe = ".exe";
-  while (!command.empty() && (command.front() == ' ' || command.front() == '\t')) command.remove_prefix(1);
+  while (!command.empty() && IsBlank(command.front())) command.remove_prefix(1);
   if (!command.empty() && command.front() == '"') {
     command.remove_prefix(1);
     return std::string(command.substr(0, command.find('"')));
   }
   for (size_t i = 0; i + kExe.size() <= command.size(); ++i) {
     const size_t end = i + kExe.size();
-    if (EqualNoCase(command.substr(i, kExe.size()), kExe) && (end == command.size() || command[end] == ' '))
+    if (EqualNoCase(command.substr(i, kExe.size()), kExe) && EndsProgram(command.substr(end)))
       return std::string(command.substr(0, end));
   }
-  return std::string(command.substr(0, command.find(' ')));
+  return std::string(command.substr(0, command.find_first_of(" \t")));
 }

@@ -15,5 +15,5 @@ struct ServerDescription {
 ServerDescription DescribeServer(std::string_view progId, std::string_view serverBaseName);
 
 // The program path of a registered command: quoted up to the closing quote, else up to the first ".exe" that
-// ends the text or is followed by a blank, else up to the first blank.
+// ends the text or is followed by a blank or a "/", else up to the first blank.
 std::string ServerProgram(std::string_view command);
