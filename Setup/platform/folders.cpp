@@ -52,12 +52,25 @@ bool GetProgramsDir(Str& dir) {
 
 bool GetProgramFilesFolder(Str& dir) { return GetShellFolder(CSIDL_PROGRAM_FILES, false, dir); }
 
+namespace {
+
+// A program started by a path of the native kind, or from a share on some systems, is reported in that kind.
+Str OrdinaryPath(Str path) {
+  if (Str::IFind(path, "\\\\?\\") == path.Chars()) path.Delete(0, 4);
+  if (Str::IFind(path, "UNC\\") != path.Chars()) return path;
+  path.Delete(0, 3);
+  path.Insert('\\', 0);
+  return path;
+}
+
+}  // namespace
+
 bool GetModulePath(Str& path) {
   // Some systems cut a longer path silently: room for one character more shows it.
   char buffer[FS::kMaxPathNameLen + 2];
   const DWORD length = GetModuleFileNameA(nullptr, buffer, sizeof buffer);
   if (length == 0 || length > DWORD{FS::kMaxPathNameLen}) return false;
-  path = std::string_view(buffer, length);
+  path = OrdinaryPath(Str(std::string_view(buffer, length)));
   return true;
 }
 
