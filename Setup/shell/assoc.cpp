@@ -136,6 +136,8 @@ void CleanExtensionValue(const char* root, const char* subKey, const Str& extens
 void RegisterDocumentClass(const Str& progId, const Str& classId, const Str& className) {
   KWinRegistry classes;
   KWinRegistry existing;
+  // An empty name would be the key above all classes.
+  if (progId.IsEmpty() || classId.IsEmpty()) return;
   if (!classes.OpenRooted("HKEY_CLASSES_ROOT", wrRead) || classes.OpenKey(progId, existing, wrRead)) return;
   VarList vars;
   vars.Set("StubProgId", progId);
@@ -195,7 +197,10 @@ void RemoveFromOpenWithList(const Str& extension, const Str& application) {
 
 void CleanForeignAssociation(const Str& extension, const Str& typeName) {
   Str type;
-  if (RegValueContains(HKEY_CLASSES_ROOT, WithDot(extension), "", typeName, &type) != kRegOther) return;
+  if (typeName.IsEmpty() ||
+      RegValueContains(HKEY_CLASSES_ROOT, WithDot(extension), "", typeName, &type) != kRegOther ||
+      type.IsEmpty())
+    return;
   Str searchStr;
   if (!GetProgramName(searchStr, "AppGetVariable(\"AppProgName\",searchStr)")) return;
   searchStr.Append(".exe");

@@ -63,10 +63,11 @@ bool FitsLinkText(const LinkRecord& link) {
   return true;
 }
 
-// An empty name, or one that climbs out of the Programs folder, would reach other products' icons.
+// An empty name, or one that climbs out of the Programs folder, would reach other products' icons. Windows
+// drops dots and blanks at a name's end, so that one of these alone is no name either.
 bool IsGroupName(const Str& group) {
-  if (!group.IsEmpty() && group.Find("..") < 0 && group.Find(':') < 0 && group.Find('/') < 0 &&
-      group.Chars()[0] != '\\' && group.View().find_first_not_of(". ") != std::string_view::npos)
+  if (group.View().find_first_not_of("\\. ") != std::string_view::npos && group.Find("..") < 0 &&
+      group.Find(':') < 0 && group.Find('/') < 0 && group.Chars()[0] != '\\')
     return true;
   LogError(Message("    \"<ProgGroup>\" is no name of a program group.", kTemplateLiteral)
                .With("ProgGroup", group));
@@ -214,12 +215,14 @@ void RemoveProgramGroup(const Str& group) {
 
 void CreateSingleLink(const LinkRecord& link) {
   Str linkPath(link.name);
-  if (!linkPath.IsEmpty() && !FSPath(link.name).IsFullPath()) {
+  bool ready = !link.name.IsEmpty();
+  if (ready && !FSPath(link.name).IsFullPath()) {
     Str folder;
-    if (GetShortcutFolder(folder)) linkPath = JoinPath(folder, link.name);
+    ready = GetShortcutFolder(folder);
+    linkPath = JoinPath(folder, link.name);
   }
   if (!HasLinkExtension(linkPath)) linkPath.Append(kLinkExtension);
-  const bool ready = !link.name.IsEmpty() && FS::CreateDir(FSPath(linkPath).Parent());
+  ready = ready && FS::CreateDir(FSPath(linkPath).Parent());
   if (!ready || !CreateLinkFile(link, linkPath))
     LogLine(Message("    Couldn't create link file <LinkFile>.").With("LinkFile", linkPath));
 }
