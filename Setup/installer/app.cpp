@@ -24,6 +24,7 @@
 #include "platform/fs.h"
 #include "platform/fspath.h"
 #include "script/setupinf.h"
+#include "script/tempnotes.h"
 #include "shell/delexe.h"
 #include "stores/inistuff.h"
 #include "tasks/infproc.h"
@@ -285,6 +286,7 @@ int RunChecked(HINSTANCE instance) {
 
 int App::Main(HINSTANCE instance, const char* commandLine) {
   ConnectHooks();
+  const TempNotesScope tempNotes;
   StartUp start;
   start.line = ReadCommandLine(commandLine);
   Run().setupFlags = start.line.setupFlags;

@@ -22,6 +22,7 @@ constexpr DWORD kMaxListSize = 1 << 20;  // bytes
 struct TempNotes {
   int32_t depth = 0;
   bool refused = false;  // the list could not be made: not tried again in this scope
+  FS::TempNameHook formerHook = nullptr;
   Str path;
   FileHandle file;
   std::vector<LeftoverNotes::Folder> folders;
@@ -100,10 +101,13 @@ const LeftoverNotes::Folder* FindNoted(const char* dir) {
 
 }  // namespace
 
-TempNotesScope::TempNotesScope() { ++gNotes.depth; }
+TempNotesScope::TempNotesScope() {
+  if (++gNotes.depth == 1) gNotes.formerHook = FS::SetTempNameHook(NoteTempFile);
+}
 
 TempNotesScope::~TempNotesScope() {
   if (--gNotes.depth > 0) return;
+  FS::SetTempNameHook(gNotes.formerHook);
   if (gNotes.file) {
     gNotes.file.Reset();
     DeleteFileA(gNotes.path);

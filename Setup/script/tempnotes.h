@@ -6,7 +6,8 @@
 
 #include "base/str.h"
 
-// The list exists at most as long as the outermost scope. Nothing is written before the first note.
+// The list exists at most as long as the outermost scope: the whole run in the program. Nothing is written
+// before the first note. Meanwhile the temporary files of the file-system layer are noted too.
 class TempNotesScope {
  public:
   TempNotesScope();

@@ -1,5 +1,6 @@
 #include "script/tempnotes.h"
 
+#include "platform/fs.h"
 #include "script/leftovers.h"
 #include "script_fixture.h"
 
@@ -94,6 +95,41 @@ TEST_F(TempNotes, AListThatAnotherRunHoldsIsLeftAlone) {
     NoteTempFile(Prog("~a").c_str());
   }
   EXPECT_TRUE(PathExists(ListPath()));
+}
+
+std::string gListDuringCopy;
+
+DWORD WINAPI FindInPlace(DWORD, LPCSTR, LPCSTR, LPCSTR appDir, LPSTR, PUINT, LPSTR destDir, PUINT) {
+  lstrcpynA(destDir, appDir, 260);
+  return 0;
+}
+// Reads the list at the moment at which a killed run would leave it.
+DWORD WINAPI ReadingInstall(DWORD, LPCSTR, LPCSTR, LPCSTR, LPCSTR, LPCSTR, LPSTR, PUINT) {
+  const std::string list = std::string(AppGetExpanded("TempDir")) + "\\QLSetup.lst";
+  gListDuringCopy = PathExists(list) ? "held" : "missing";
+  return 0;
+}
+
+TEST_F(TempNotes, TheListIsThereBeforeTheInstallFunctionRuns) {
+  static constexpr VersionApi kReading = {FindInPlace, ReadingInstall, nullptr, nullptr, nullptr};
+  SetVersionApi(&kReading);
+  ListFile("a.txt", "text");
+  BeSilent();
+  EXPECT_TRUE(CopyAll());
+  EXPECT_EQ(gListDuringCopy, "held");
+  EXPECT_FALSE(PathExists(ListPath()));
+}
+
+TEST_F(TempNotes, TemporaryFilesOfTheFileSystemLayerAreNoted) {
+  mDir.Write("dist\\a.txt", "text");
+  {
+    const TempNotesScope scope;
+    EXPECT_TRUE(FS::Copy(Dist("a.txt").c_str(), Prog("a.txt").c_str(), false));
+    EXPECT_TRUE(PathExists(ListPath()));
+  }
+  EXPECT_TRUE(FS::Copy(Dist("a.txt").c_str(), Prog("b.txt").c_str(), false));
+  EXPECT_FALSE(PathExists(ListPath())) << "nothing is noted outside a scope";
+  EXPECT_EQ(InProg(), (Names{"a.txt", "b.txt"}));
 }
 
 TEST_F(TempNotes, AnInstallationLeavesNoList) {
