@@ -14,27 +14,15 @@ import tempfile
 import time
 
 import benchlib
+from setup_case import PRODUCT, STARTUP
 
 KILLS = int(os.environ.get("VELTRANE_KILLS", "20"))
 SEED = os.environ.get("VELTRANE_SEED", str(random.SystemRandom().randrange(10 ** 9)))
 
-PRODUCT = r"C:\Program Files\Veltrane"
 SHARED = r"C:\windows\system32\VTShare.dll"
 KEYS = (r"HKLM\Software\Quorvale", r"HKCU\Software\Quorvale")
 # Names of files that are on their way; none of them is a final name of the distributions below.
 PASSING = re.compile(r"(ver[0-9a-f]{1,4}\.tmp|~[^\\]*|VT6\.tmp)$", re.I)
-
-STARTUP = r"""[startup]
-AppName=Veltrane
-MajVersion=6
-MinVersion=0
-ShortAppKey=VT
-CompanyKey=KV
-AppProgName=Veltrane
-MachRegKey=REG*HKEY_LOCAL_MACHINE\Software\Quorvale\KVRX6
-UserRegKey=REG*HKEY_CURRENT_USER\Software\Quorvale\KVRX6
-ClassId={5D1E2C40-7A35-4B0E-9C11-3F6A8E0B7D26}
-"""
 
 
 def noise(seed, size):
