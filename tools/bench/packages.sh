@@ -9,7 +9,7 @@ PACKAGES=(
   # native fuzz targets, format, lint
   clang clang-format clang-tidy libclang-rt-dev
   # the bench
-  patchelf xvfb xdotool imagemagick locales bubblewrap python3 util-linux
+  patchelf xvfb xdotool imagemagick locales bubblewrap python3 util-linux fontconfig
 )
 
 # Prints the packages of the list that are not installed.
