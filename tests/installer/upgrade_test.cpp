@@ -8,6 +8,7 @@
 #include "base/runstate.h"
 #include "messages/app_vars.h"
 #include "messages/logfile.h"
+#include "sequence/stand_in.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
 #include "support/leak_check.h"
@@ -187,6 +188,25 @@ TEST_F(UpgradeTest, Version4SubkeysSurvive) {
   SetRegistryString(HKEY_CURRENT_USER, std::string(kUserKey) + "\\Toolbar\\Deep", "Rows", "3");
   EXPECT_TRUE(RemoveEarlierVersion(4));
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, std::string(kBackupKey) + "\\Toolbar\\Deep", "Rows"), "3");
+}
+
+TEST_F(UpgradeTest, BackupThatCannotBeWritten) {
+  InstallOld(4);
+  SetRegistryString(HKEY_CURRENT_USER, kUserKey, "Zoom", "150");
+  const DeniedKey denied(HKEY_CURRENT_USER, kBackupKey);
+  EXPECT_TRUE(RemoveEarlierVersion(4));
+  EXPECT_EQ(Log().find("##ERROR: Error backing up VTW4 settings\r\n"), 0u) << Log();
+}
+
+TEST_F(UpgradeTest, SettingsThatCannotBeRestored) {
+  InstallOld(4);
+  SetRegistryString(HKEY_CURRENT_USER, kUserKey, "Zoom", "150");
+  const DeniedKey denied(HKEY_CURRENT_USER, kUserKey);
+  EXPECT_TRUE(RemoveEarlierVersion(4));
+  EXPECT_NE(Log().find("##ERROR: Couldn't restore VTW4 settings - couldn't open KVRX4 key\r\n"),
+            std::string::npos)
+      << Log();
+  EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, kBackupKey, "Zoom"), "150");
 }
 
 TEST_F(UpgradeTest, Version4FilesSurvive) {

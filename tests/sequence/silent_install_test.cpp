@@ -388,6 +388,79 @@ TEST(SilentInstall, ScriptNamesTheProgram) {
   EXPECT_TRUE(outcome.Logged("Mon installation a install\xe9 les \xe9l\xe9ments s\xe9lectionn\xe9s."));
 }
 
+TEST(SilentInstall, VariablesOfTheStart) {
+  SetupRun setup;
+  const std::vector<std::string> names = {"CurrDir",       "InfPath",        "ProgDir",       "cmd_ProgDir",
+                                          "lock_ProgDir",  "InstallFromDir", "InstallNoDlg",  "NoROMacroErrs",
+                                          "no_background", "ProgName",       "CopyrightYear", "BuildNum",
+                                          "Version"};
+  std::string lines;
+  for (const std::string& name : names)
+    lines += "+HKEY_CURRENT_USER\\Software\\Quorvale\\Made\\" + name + "=[<" + name + ">]\r\n";
+  setup.WriteScript(setup.SimpleScript(lines));
+  ExpectSilent(setup.Run("/q /c -i -dl " + Quoted(setup.Dest())), 0);
+  const auto value = [](const std::string& name) {
+    return RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\Made", name);
+  };
+  EXPECT_EQ(value("CurrDir"), "[" + setup.Source() + "]");
+  EXPECT_EQ(value("InfPath"), "[" + setup.Source("setup.inf") + "]");
+  EXPECT_EQ(value("ProgDir"), "[" + setup.Dest() + "]");
+  EXPECT_EQ(value("cmd_ProgDir"), "[" + setup.Dest() + "]");
+  EXPECT_EQ(value("lock_ProgDir"), "[1]");
+  EXPECT_EQ(value("InstallFromDir"), "[" + setup.Source() + "]");
+  EXPECT_EQ(value("InstallNoDlg"), "[1]");
+  EXPECT_EQ(value("NoROMacroErrs"), "[1]");
+  EXPECT_EQ(value("no_background"), "[1]");
+  EXPECT_EQ(value("ProgName"), "[Setup]");
+  EXPECT_EQ(value("CopyrightYear"), "[2007]");
+  EXPECT_EQ(value("BuildNum"), "[200707050000]");
+  EXPECT_EQ(value("Version"), "[6.0 (200707050000)]");
+}
+
+TEST(SilentInstall, SwitchVariablesAreMissingWithoutTheirSwitches) {
+  SetupRun setup;
+  setup.WriteScript(
+      setup.SimpleScript("+HKEY_CURRENT_USER\\Software\\Quorvale\\Made\\All="
+                         "<lock_ProgDir><InstallNoDlg><NoROMacroErrs><ASSERT><cmd_InstallFromDir>\r\n"));
+  ExpectSilent(setup.SilentInstall(), 0);
+  EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\Made", "All"),
+            "<lock_ProgDir><InstallNoDlg><NoROMacroErrs><ASSERT><cmd_InstallFromDir>");
+}
+
+// Only a silent run without a destination looks for earlier versions.
+TEST(SilentInstall, EarlierVersionsAreRemovedFirst) {
+  SetupRun setup;
+  setup.AddFile("a.txt", "alpha");
+  setup.WriteScript(setup.SimpleScript());
+  const std::string four = setup.Root().MakeFolder("version 4");
+  const std::string five = setup.Root().MakeFolder("version 5");
+  ASSERT_TRUE(CopyFileA(HelperPath("old_setup.exe").c_str(), (four + "\\QLSetup.exe").c_str(), TRUE));
+  ASSERT_TRUE(CopyFileA(HelperPath("old_setup.exe").c_str(), (five + "\\Setup.exe").c_str(), TRUE));
+  SetRegistryString(HKEY_LOCAL_MACHINE, "Software\\Quorvale\\KVRX4\\Directories", "ProgDir", four);
+  SetRegistryString(HKEY_LOCAL_MACHINE, "Software\\Quorvale\\KVRX5\\Directories", "ProgDir", five);
+  SetRegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\KVRX4", "Zoom", "150");
+  const RunOutcome outcome = setup.Run("-Q -D \"\"");
+  ExpectSilent(outcome, 0);
+  const std::vector<std::string> lines = {
+      "Backing up VTW4 settings\n",
+      "Removing old version by running " + four + "\\QLSetup.exe\n",
+      "VTW4Setup returned 0\n",
+      "Restoring VTW4 settings\n",
+      "Removing old version by running " + five + "\\Setup.exe\n",
+      "##ERROR: " + five + "\\Setup.exe did not delete itself.\n",
+      "VTW5Setup returned 0\n",
+      "Veltrane installation directory is " + five + "\n",
+  };
+  size_t pos = 0;
+  for (const std::string& line : lines) {
+    const size_t found = outcome.log.find(line, pos);
+    ASSERT_NE(found, std::string::npos) << "missing or out of order: " << line << "\n" << outcome.log;
+    pos = found + line.size();
+  }
+  EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\KVRX4Backup", "Zoom"), "150");
+  EXPECT_TRUE(PathExists(five + "\\a.txt"));
+}
+
 TEST(SilentInstall, UserSettingsReachTheScript) {
   SetupRun setup;
   SetRegistryString(HKEY_LOCAL_MACHINE, std::string(kMachineKey) + "\\Config", "FromMachine", "m");

@@ -120,6 +120,15 @@ TEST_F(SilentRemoval, RecordedFolderWinsOverTheProgramsOwn) {
   EXPECT_TRUE(PathExists(mSetup.Source("a.txt")));
 }
 
+TEST_F(SilentRemoval, ProgramsOwnFolderWithoutARecordedOne) {
+  Install();
+  ASSERT_TRUE(DeleteRegistryTree(HKEY_LOCAL_MACHINE, "Software\\Quorvale\\KVRX6"));
+  const RunOutcome outcome = mSetup.RunFrom(mSetup.Dest(), "/q /rs");
+  ExpectSilent(outcome, 0);
+  EXPECT_TRUE(outcome.Logged("Veltrane installation directory is " + mSetup.Dest() + "\n"));
+  EXPECT_FALSE(PathExists(mSetup.Dest("a.txt")));
+}
+
 TEST_F(SilentRemoval, DestinationOfTheCommandLineWinsOverTheRecordedFolder) {
   Install();
   const std::string other = mSetup.Root().MakeFolder("other");
