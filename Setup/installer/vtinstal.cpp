@@ -190,10 +190,17 @@ std::vector<Str> FindHeldFiles() {
   return held;
 }
 
+// False when the product folder's path leaves no room for a file in it: each of its files was left out then.
+bool FolderTakesFiles() {
+  constexpr int32_t kShortestName = 2;  // a backslash and one character
+  return AppGetExpanded("ProgDir").Length() + kShortestName < FS::kMaxPathNameLen;
+}
+
 // Copies or deletes the listed files and then runs the section's second pass. False when the files were not
 // done.
 bool PerformFilesAndTasks(const char* section, SequenceResult& result) {
   if (Run().abort) return false;
+  if (Run().install && !FolderTakesFiles()) return false;
   if (!(Run().install ? CopyAll() : DeleteAll())) return false;
   if (!Run().install) result.heldFiles = FindHeldFiles();
   if (!PrepareFileList()) return false;

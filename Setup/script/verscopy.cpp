@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "base/assert.h"
 #include "base/runstate.h"
 #include "messages/logfile.h"
@@ -66,11 +68,24 @@ uint32_t Refuse(const char* what, const char* path) {
   return vcOther;
 }
 
+// A folder as the install function can take it. It opens files through a structure that ends a path after 127
+// characters; the folder's short name leaves room for `name` there.
+Str OpenableFolder(const char* dir, const char* name) {
+  constexpr int32_t kLongestTempName = 12;  // "verXXXX.tmp" behind its backslash
+  constexpr int32_t kLongest = OFS_MAXPATHNAME - 1;
+  Str folder(dir);
+  if (folder.Length() + 1 + std::max(Str::Length(name), kLongestTempName) <= kLongest) return folder;
+  char shortName[kPathSize];
+  const DWORD length = GetShortPathNameA(dir, shortName, kPathSize);
+  if (length > 0 && length < kPathSize) folder = shortName;
+  return folder;
+}
+
 // The name that the source has once expanded.
 uint32_t DeriveDestName(const VersionApi& api, CopyJob& job) {
   char source[kPathSize];
   char expanded[kPathSize] = "";
-  lstrcpynA(source, job.sourcePath, kPathSize);
+  lstrcpynA(source, JoinPath(OpenableFolder(job.srcDir, job.srcName), job.srcName), kPathSize);
   OFSTRUCT info = {};
   info.cBytes = sizeof(info);
   const INT file = api.lzOpenFile(source, &info, OF_READ | OF_SHARE_DENY_WRITE);
@@ -106,8 +121,10 @@ DWORD CallInstall(const VersionApi& api, DWORD flags, const CopyJob& job, const 
                   DWORD& error) {
   char tmpFile[kPathSize] = "";
   UINT tmpFileLen = kPathSize;
-  const DWORD result = api.verInstallFile(flags, job.srcName, destName, job.srcDir, job.installDir,
-                                          job.curDir, tmpFile, &tmpFileLen);
+  const Str srcDir = OpenableFolder(job.srcDir, job.srcName);
+  const Str installDir = OpenableFolder(job.installDir, destName);
+  const DWORD result =
+      api.verInstallFile(flags, job.srcName, destName, srcDir, installDir, job.curDir, tmpFile, &tmpFileLen);
   error = GetLastError();
   tmpFile[kPathSize - 1] = '\0';
   if ((result & VIF_TEMPFILE) != 0 && tmpFile[0] != '\0') FS::Delete(JoinPath(job.installDir, tmpFile));
@@ -128,13 +145,13 @@ uint32_t MyVerInstallFile(const VersionApi& api, DWORD flags, CopyJob& job) {
 
   DWORD error = 0;
   DWORD result = CallInstall(api, flags, job, destName, error);
-  uint32_t status = StatusOfInstall(result, IsWritableFile(target));
+  uint32_t status = StatusOfInstall(result, result != 0 && IsWritableFile(target));
   if (result != 0 && status != vcInUse) {
     LogCode("VerInstallFile: GetLastError", error);
     constexpr DWORD kNoReason = VIF_MISMATCH | VIF_TEMPFILE;
     if ((result & VIF_MISMATCH) != 0 && (result & ~kNoReason) == 0) {
       result = CallInstall(api, kForce, job, destName, error);
-      status = StatusOfInstall(result, IsWritableFile(target));
+      status = StatusOfInstall(result, result != 0 && IsWritableFile(target));
     }
   }
   if (status == vcOther) LogCode("MyVerInstallFile: installCodes", result);
