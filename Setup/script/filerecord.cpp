@@ -53,6 +53,15 @@ int32_t ParseRecordNumber(std::string_view text) {
   return static_cast<int32_t>(negative ? -value : value);
 }
 
+bool IsRecordNumber(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  const size_t start = text.find_first_not_of(kBlanks);
+  if (start == std::string_view::npos) return false;
+  text = text.substr(start, text.find_last_not_of(kBlanks) + 1 - start);
+  if (text.front() == '-' || text.front() == '+') text.remove_prefix(1);
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 std::string WithRecordSize(std::string_view record, int32_t size) {
   const size_t comma = record.rfind(',');
   std::string result(record.substr(0, comma == std::string_view::npos ? 0 : comma + 1));

@@ -24,6 +24,8 @@ size_t CountRecordFields(std::string_view text);
 [[nodiscard]] bool SplitBeforeExpanding(std::string_view raw, std::string_view expanded);
 // Base-10 integer at the start of the text (blanks and a sign allowed, the rest ignored), limited to 32 bits.
 int32_t ParseRecordNumber(std::string_view text);
+// Whether the text is such a number and nothing more (blanks around it allowed).
+bool IsRecordNumber(std::string_view text);
 // The record with everything behind its last comma replaced by `size`.
 std::string WithRecordSize(std::string_view record, int32_t size);
 

@@ -45,6 +45,9 @@ int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, c
                        .With("key", key));
     return 1;
   }
+  if (destDir.IsEmpty())
+    LogScriptError(Message("The record of the file \"<key>\" names no destination folder.", kTemplateLiteral)
+                       .With("key", key));
   if (KeepExistingFile(target, JoinPath(destDir, destName))) return 1;
   if (size < 0)
     LogScriptError(

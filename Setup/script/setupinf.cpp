@@ -222,6 +222,13 @@ InfResult SetupScript::DoFileLine(const char* key, const InfHandlers& handlers, 
             .With("record", raw));
     return kInfHandlerFailed;
   }
+  if (!IsRecordNumber(texts.size.View()))
+    Log(Message(
+            "DoFileLine: the size \"<record>\" of the file \"<key>\" is no number. In Setup.inf: <Place>.",
+            kTemplateLiteral)
+            .With("key", key)
+            .With("Place", Place())
+            .With("record", texts.size));
   int32_t size = ParseRecordNumber(texts.size.View());
   const int32_t oldSize = size;
   const int32_t returned =

@@ -82,6 +82,12 @@ TEST(FileRecord, NumbersAreLimitedTo32Bits) {
   EXPECT_EQ(ParseRecordNumber("-99999999999999999999999999"), INT32_MIN);
 }
 
+TEST(FileRecord, WhatIsANumber) {
+  for (const char* text : {"0", "12", " 12\t", "-3", "+3"}) EXPECT_TRUE(IsRecordNumber(text)) << text;
+  for (const char* text : {"", " ", "-", "12 KB", "1 2", "0x10", "big", "--1"})
+    EXPECT_FALSE(IsRecordNumber(text)) << text;
+}
+
 TEST(FileRecord, TheSizeBehindTheLastCommaIsReplaced) {
   EXPECT_EQ(WithRecordSize("1,a,<ProgDir>\\b,4", 77), "1,a,<ProgDir>\\b,77");
   EXPECT_EQ(WithRecordSize("1,a,b,", 0), "1,a,b,0");

@@ -85,6 +85,7 @@ TEST_F(FileHandler, ADestinationWithoutAFolderIsListedAsItIs) {
   EXPECT_EQ(Call("a.txt"), 1);
   ASSERT_EQ(GetNumFiles(), 1);
   EXPECT_STREQ(GetFileRec(0).destDir, "");
+  EXPECT_EQ(Log(), "##ERROR: The record of the file \"Key\" names no destination folder.\n");
 }
 
 TEST_F(FileHandler, ANegativeSizeCountsAsZero) {

@@ -316,6 +316,10 @@ TEST_F(SetupInf, RecordNumbersThatAreNoneAreZero) {
   OpenScript("[main]\nName\n[files]\nName=disk,a,C:\\d\\a,size\n");
   EXPECT_EQ(RunMain(), kInfOK);
   EXPECT_EQ(gCalls, (Calls{"file Name|0|a|C:\\d\\a|0"}));
+  EXPECT_EQ(
+      Log(),
+      "DoFileLine: the size \"size\" of the file \"Name\" is no number. In Setup.inf: section \"main\", line "
+      "\"Name\".\n");
 }
 
 TEST_F(SetupInf, AFolderWithACommaStaysOneField) {
