@@ -5,9 +5,10 @@
 
 #define VT_TASKS(X)                                                                                        \
   X(remove_atm_font)                                                                                       \
-  X(remove_old_atm_font) X(atm_fontchange_notify) X(install_tt_font) X(remove_font_name) X(remove_tt_font) \
-      X(register) X(register_dll) X(add_reg_chk_exist) X(remove_reg_chk_exist) X(tt_fontchange_notify)     \
-          X(add_icon) X(add_icon_group) X(empty_icon_group) X(remove_icon_group) X(ask_view_readme)        \
+  X(remove_old_atm_font)                                                                                   \
+  X(atm_fontchange_notify) X(install_tt_font) X(remove_font_name) X(remove_tt_font) X(register)            \
+      X(register_dll) X(add_reg_chk_exist) X(remove_reg_chk_exist) X(tt_fontchange_notify) X(add_icon)     \
+          X(add_icon_group) X(empty_icon_group) X(remove_icon_group) X(ask_view_readme)                    \
               X(set_all_autoconverts) X(set_one_autoconvert) X(run_ole_mgr) X(remove_ini_path) X(file_sys) \
                   X(dir_del) X(file_inst) X(convert_pref) X(get_ini_var) X(test_ATM_on)                    \
                       X(test_overwrite_old_app) X(set_word_macro) X(check_unsupported_office_version)      \
