@@ -19,6 +19,7 @@
 //                         {DEL} {F1}..{F9}; %x is Alt+x, ^x Ctrl+x, +x Shift+x; other letters and digits as
 //                         they are
 //   wait-text ID TEXT     waits until a control has the text             wait-enabled ID, wait-focus ID
+//   rect                  prints the window's place on the screen: left top width height
 //   close                 posts WM_CLOSE                 gone   waits until this window no longer exists or
 //   is hidden windows               prints all visible top-level windows: class, caption
 // Exit codes: 0; 1 no such window; 2 usage; 3 no such control; 4 a wait was in vain; 5 the window does not
@@ -178,6 +179,12 @@ BOOL CALLBACK PrintWindowLine(HWND window, LPARAM) {
   return TRUE;
 }
 
+void PrintPlace(HWND window) {
+  RECT rect = {};
+  GetWindowRect(window, &rect);
+  printf("%ld %ld %ld %ld\n", rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
+}
+
 struct ListMessages {
   UINT count, length, text, selected, select, change, doubleClick;
 };
@@ -317,7 +324,8 @@ bool ActAlone(State& state, const std::string& action) {
     WaitOrEnd(WaitFor(state, [&state] { return !Search(state); }), "the window is still there");
     return true;
   }
-  if (action != "find" && action != "list" && action != "focus" && action != "close" && action != "gone")
+  if (action != "find" && action != "list" && action != "rect" && action != "focus" && action != "close" &&
+      action != "gone")
     return false;
   if (action == "gone") {
     state.searched = true;
@@ -328,6 +336,7 @@ bool ActAlone(State& state, const std::string& action) {
   }
   NeedWindow(state);
   if (action == "list") EnumChildWindows(state.window, PrintControl, reinterpret_cast<LPARAM>(state.window));
+  if (action == "rect") PrintPlace(state.window);
   if (action == "close") PostMessageA(state.window, WM_CLOSE, 0, 0);
   if (action == "focus") {
     const HWND focus = FocusOf(state.window);
