@@ -6,6 +6,7 @@
 #include <shlobj.h>
 
 #include "base/assert.h"
+#include "base/com.h"
 #include "base/runstate.h"
 #include "base/string.h"
 #include "messages/format.h"
@@ -24,36 +25,6 @@ constexpr char kLinkExtension[] = ".lnk";
 constexpr int32_t kMaxLinkText = 259;
 
 std::vector<LinkRecord> gLinks;
-
-// COM for a scope; closed only when it could be opened.
-class ComScope {
- public:
-  ComScope() : mResult(CoInitialize(nullptr)) {}
-  ComScope(const ComScope&) = delete;
-  ComScope& operator=(const ComScope&) = delete;
-  ~ComScope() {
-    if (SUCCEEDED(mResult)) CoUninitialize();
-  }
-
- private:
-  HRESULT mResult;
-};
-
-template <class Interface>
-class ComPtr {
- public:
-  ComPtr() = default;
-  ComPtr(const ComPtr&) = delete;
-  ComPtr& operator=(const ComPtr&) = delete;
-  ~ComPtr() {
-    if (mPtr) mPtr->Release();
-  }
-  Interface* operator->() const { return mPtr; }
-  void** Put() { return reinterpret_cast<void**>(&mPtr); }
-
- private:
-  Interface* mPtr = nullptr;
-};
 
 void NotifyShell(LONG event, const char* path) { SHChangeNotify(event, SHCNF_PATHA, path, nullptr); }
 

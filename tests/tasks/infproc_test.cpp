@@ -88,19 +88,6 @@ TEST_F(InfProc, TheTableHasItsRowsInOrder) {
   }
 }
 
-TEST_F(InfProc, EachHandlerIsThatOfItsName) {
-  int32_t i = 0;
-  const auto check = [&](const char* name, TaskHandler handler) {
-    ASSERT_NE(FindTask(name), nullptr) << name;
-    EXPECT_EQ(FindTask(name)->handler, handler) << name;
-    ++i;
-  };
-#define VT_CHECK(task) check(#task, Task_##task);
-  VT_TASKS(VT_CHECK)
-#undef VT_CHECK
-  EXPECT_EQ(i, kNumTasks);
-}
-
 TEST_F(InfProc, TasksActInTheirPassOfAnInstallation) {
   for (const Expected& row : kExpected) ExpectActs(row.name, row.install);
 }
