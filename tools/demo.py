@@ -31,7 +31,6 @@ def files(prefix):
 
 def registry(prefix):
     """Both halves of the registry as Wine writes them to its files: {key: {value: data}}. Ends all programs."""
-    prefix.settle(15)
     prefix.kill()
     tree = {}
     for name, root in (("system.reg", "HKEY_LOCAL_MACHINE"), ("user.reg", "HKEY_CURRENT_USER")):
