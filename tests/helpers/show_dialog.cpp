@@ -1,5 +1,6 @@
-// show_dialog LIBRARY ID [NAME=VALUE...]     shows a dialog of a language library as it is, with the placeholders <NAME>
-// in its texts filled, until a button is pressed or 60 seconds are over. For dialogs that no run shows.
+// show_dialog LIBRARY ID [NAME=VALUE...]     shows a dialog of a language library as it is, with the
+// placeholders <NAME> in its texts filled, until a button is pressed or 60 seconds are over. For dialogs that
+// no run shows.
 #include <windows.h>
 
 #include <cstdlib>
