@@ -47,7 +47,8 @@ TEST_F(HooksTest, NullEntriesBecomeHarmlessDefaults) {
 }
 
 TEST_F(HooksTest, SetHooksReplacesEachAndReturnsTheFormerOnes) {
-  const HookTable all = {CountAssert, CountText, CountText, FindText, FindVariable, CountIo, CountExhausted, CountFatal};
+  const HookTable all = {CountAssert,  CountText, CountText,      FindText,
+                         FindVariable, CountIo,   CountExhausted, CountFatal};
   SetHooks(all);
   Hooks().assertFailed("", "", 0);
   Hooks().logBlock("");
