@@ -281,8 +281,8 @@ class LongPaths(SetupTest):
         self.add_file("b.txt", b"beta")
         self.write_script()
         self.assertEqual(self.install(), 0)
-        self.assertEqual(self.log().count("is too long; the file is left out. In Setup.inf: section \"easy_install\", line"),
-                         3)
+        line = "is too long; the file is left out. In Setup.inf: section \"easy_install\", line \"file"
+        self.assertEqual(self.log().count(line), 3)
         for name in ("a.txt", "b.txt"):
             self.assertTrue(self.prefix.exists(PRODUCT + "\\" + name))
         # Nothing was cut and put somewhere else.
@@ -360,23 +360,29 @@ class Scripts(SetupTest):
     # Lines of the install section and records of the section "files": what is wrong, lines, records, exit code, log.
     MISTAKES = [
         ("record with three fields", "bad", "bad=1,a.txt,<ProgDir>\\a.txt", 8,
-         ["the record \"bad=1,a.txt,<ProgDir>\\a.txt\" has less than four fields", "section \"easy_install\" stopped at the line \"bad\""]),
+         ["the record \"bad=1,a.txt,<ProgDir>\\a.txt\" has less than four fields",
+          "section \"easy_install\" stopped at the line \"bad\""]),
         ("record without fields", "bad", "bad=,,,", 8, ["section \"easy_install\" stopped at the line \"bad\""]),
         ("no record", "bad", "", 8, ["no record \"bad\" in the section \"files\"", "stopped at the line \"bad\""]),
-        ("disk 0", "bad", "bad=0,a.txt,<ProgDir>\\bad.txt,5", 0, ["disk != 0", "section \"easy_install\", line \"bad\""]),
+        ("disk 0", "bad", "bad=0,a.txt,<ProgDir>\\bad.txt,5", 0,
+         ["disk != 0", "section \"easy_install\", line \"bad\""]),
         ("disk that is no number", "bad", "bad=one,a.txt,<ProgDir>\\bad.txt,5", 0,
          ["disk != 0", "section \"easy_install\", line \"bad\""]),
-        ("size that is no number", "bad", "bad=1,a.txt,<ProgDir>\\bad.txt,huge", 0, []),
+        ("size that is no number", "bad", "bad=1,a.txt,<ProgDir>\\bad.txt,huge", 0,
+         ["the size \"huge\" of the file \"bad\" is no number. In Setup.inf: section \"easy_install\", line \"bad\"."]),
         ("negative size", "bad", "bad=1,a.txt,<ProgDir>\\bad.txt,-5", 0,
          ["has the size -5; it counts as 0.", "section \"easy_install\", line \"bad\""]),
         ("no destination file", "bad", "bad=1,a.txt,<ProgDir>\\,5", 0,
          ["names no destination file.", "section \"easy_install\", line \"bad\""]),
         ("only prefix characters", "bad", "bad=1,a.txt,*?*,5", 0,
          ["names no destination file.", "section \"easy_install\", line \"bad\""]),
-        ("unknown task", "$paint_it=blue", "", 8, ["taskProc", "stopped at the line \"$paint_it\""]),
+        ("unknown task", "$paint_it=blue", "", 8,
+         ["taskProc", "There is no task \"paint_it\".", "stopped at the line \"$paint_it\""]),
         ("task without arguments", "$file_sys=", "", 0,
-         ["The arguments for the task file_sys in Setup.inf are unknown."]),
-        ("task with too few arguments", "$file_sys=rename,C:\\dist\\a.txt", "", 0, ["arg2.Length()"]),
+         ["The arguments for the task file_sys in Setup.inf are unknown.\n    In Setup.inf: section \"easy_install\", "
+          "line \"$file_sys\"."]),
+        ("task with too few arguments", "$file_sys=rename,C:\\dist\\a.txt", "", 0,
+         ["arg2.Length()", "In Setup.inf: section \"easy_install\", line \"$file_sys\"."]),
         ("task that must not delete", "$dir_del=C:\\", "", 0,
          ["must not be deleted", "section \"easy_install\", line \"$dir_del\""]),
         ("registry line without a backslash", "+HKEY_CURRENT_USER=x", "", 0,
@@ -389,14 +395,29 @@ class Scripts(SetupTest):
         ("value that switches nothing", "do_Opt=maybe\n&Opt?", "", 0, ["value == \"0\" || value == \"1\""]),
     ]
 
+    def test_destination_without_a_folder(self):
+        self.add_file("a.txt", b"alpha")
+        self.add_file("seul.txt", b"alone", dest="seul.txt")
+        self.write_script()
+        before = set(self.prefix.tree(r"C:\windows"))
+        self.assertEqual(self.install(), 0, self.log())
+        # The system says where a shared file goes.
+        self.assertEqual(set(self.prefix.tree(r"C:\windows")) - before, {"system32\\seul.txt"})
+        self.assertEqual(self.prefix.read(r"C:\windows\system32\seul.txt"), b"alone")
+        # A removal does not look for it in whatever folder is current.
+        self.prefix.write(SOURCE + r"\seul.txt", b"mine")
+        self.assertEqual(self.remove(cwd=SOURCE), 0)
+        self.assert_logged("##ERROR: Deleting seul.txt, result = failure")
+        self.assertEqual(self.prefix.read(SOURCE + r"\seul.txt"), b"mine")
+
     def test_mistakes_have_their_outcome_and_harm_nothing_else(self):
         self.prefix.reg_add(r"HKCU\Software\Witness", "Here", "yes")
         for what, lines, record, code, texts in self.MISTAKES:
             with self.subTest(what):
                 self.records = []
                 self.add_file("a.txt", b"alpha")
-                self.prefix.write(SOURCE + r"\setup.inf", self.script(
-                    install=lines + "\n+HKEY_CURRENT_USER\\Software\\Quorvale\\Made\\Behind=" + what + "\n") + record + "\n")
+                lines += "\n+HKEY_CURRENT_USER\\Software\\Quorvale\\Made\\Behind=%s\n" % what
+                self.prefix.write(SOURCE + r"\setup.inf", self.script(install=lines) + record + "\n")
                 self.assertEqual(self.install(), code, self.log())
                 self.assert_logged(*texts)
                 behind = self.prefix.reg_value(MADE, "Behind")

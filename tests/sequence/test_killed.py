@@ -35,7 +35,8 @@ def compressed(data, last_letter):
         path = os.path.join(folder, "plain.txt")
         with open(path, "wb") as file:
             file.write(data)
-        subprocess.run(["mscompress", path], cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, check=True)
+        subprocess.run(["mscompress", path], cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                       check=True)
         with open(path + "_", "rb") as file:
             packed = bytearray(file.read())
     packed[9] = ord(last_letter)
