@@ -11,6 +11,7 @@ using Texts = std::vector<std::string>;
 // installation and of a removal ("-" where data is required).
 struct Expected {
   const char* name;
+  TaskHandler handler;
   const char* install;
   const char* removal;
 };
@@ -20,52 +21,55 @@ constexpr char kNone0[] = "n0.";
 constexpr char kNone1[] = "n.1";
 constexpr char kAlways[] = "n01";
 
+#define VT_ROW(task, install, removal) \
+  { #task, Task_##task, install, removal }
 constexpr Expected kExpected[] = {
-    {"remove_atm_font", kPass1Only, kPass1Only},
-    {"remove_old_atm_font", kPass1Only, kPass1Only},
-    {"atm_fontchange_notify", kPass1Only, kPass1Only},
-    {"install_tt_font", kPass1Only, kPass1Only},
-    {"remove_font_name", kPass1Only, kPass1Only},
-    {"remove_tt_font", kPass1Only, kPass1Only},
-    {"register", kPass1Only, kPass0Only},
-    {"register_dll", kPass1Only, kPass0Only},
-    {"add_reg_chk_exist", kPass1Only, kPass1Only},
-    {"remove_reg_chk_exist", kPass1Only, kPass1Only},
-    {"tt_fontchange_notify", kPass1Only, kPass1Only},
-    {"add_icon", kPass1Only, kPass1Only},
-    {"add_icon_group", kPass1Only, kPass1Only},
-    {"empty_icon_group", kPass1Only, kPass1Only},
-    {"remove_icon_group", kPass1Only, kPass1Only},
-    {"ask_view_readme", kPass0Only, kPass0Only},
-    {"set_all_autoconverts", kPass0Only, kPass0Only},
-    {"set_one_autoconvert", kPass0Only, kPass0Only},
-    {"run_ole_mgr", kPass1Only, kPass1Only},
-    {"remove_ini_path", kPass1Only, kPass1Only},
-    {"file_sys", kNone0, kNone0},
-    {"dir_del", kNone1, kNone1},
-    {"file_inst", kAlways, kAlways},
-    {"convert_pref", kPass1Only, kPass1Only},
-    {"get_ini_var", kAlways, kAlways},
-    {"test_ATM_on", kAlways, kAlways},
-    {"test_overwrite_old_app", kAlways, kAlways},
-    {"set_word_macro", kPass1Only, kPass1Only},
-    {"check_unsupported_office_version", kPass1Only, kPass1Only},
-    {"fixup_word_migration", kPass1Only, kPass1Only},
-    {"run_word_macro", kPass1Only, kPass1Only},
-    {"remove_word_macro", kPass1Only, kPass1Only},
-    {"set_ppt_macro", kPass1Only, kPass1Only},
-    {"run_ppt_macro", kPass1Only, kPass1Only},
-    {"remove_ppt_macro", kPass1Only, kPass1Only},
-    {"notify_message", kPass1Only, kPass1Only},
-    {"ask_choose_lang", kPass1Only, kPass1Only},
-    {"remove_soft_fonts", kPass1Only, kPass1Only},
-    {"create_link", kPass1Only, kPass1Only},
-    {"stub_reg", kPass0Only, kPass0Only},
-    {"clean_old_winini_ext_reg", kPass1Only, kPass1Only},
-    {"clean_others_ext_reg", kPass1Only, kPass1Only},
-    {"add_openwith_support", kPass1Only, kPass1Only},
-    {"remove_openwith_support", kPass1Only, kPass1Only},
+    VT_ROW(remove_atm_font, kPass1Only, kPass1Only),
+    VT_ROW(remove_old_atm_font, kPass1Only, kPass1Only),
+    VT_ROW(atm_fontchange_notify, kPass1Only, kPass1Only),
+    VT_ROW(install_tt_font, kPass1Only, kPass1Only),
+    VT_ROW(remove_font_name, kPass1Only, kPass1Only),
+    VT_ROW(remove_tt_font, kPass1Only, kPass1Only),
+    VT_ROW(register, kPass1Only, kPass0Only),
+    VT_ROW(register_dll, kPass1Only, kPass0Only),
+    VT_ROW(add_reg_chk_exist, kPass1Only, kPass1Only),
+    VT_ROW(remove_reg_chk_exist, kPass1Only, kPass1Only),
+    VT_ROW(tt_fontchange_notify, kPass1Only, kPass1Only),
+    VT_ROW(add_icon, kPass1Only, kPass1Only),
+    VT_ROW(add_icon_group, kPass1Only, kPass1Only),
+    VT_ROW(empty_icon_group, kPass1Only, kPass1Only),
+    VT_ROW(remove_icon_group, kPass1Only, kPass1Only),
+    VT_ROW(ask_view_readme, kPass0Only, kPass0Only),
+    VT_ROW(set_all_autoconverts, kPass0Only, kPass0Only),
+    VT_ROW(set_one_autoconvert, kPass0Only, kPass0Only),
+    VT_ROW(run_ole_mgr, kPass1Only, kPass1Only),
+    VT_ROW(remove_ini_path, kPass1Only, kPass1Only),
+    VT_ROW(file_sys, kNone0, kNone0),
+    VT_ROW(dir_del, kNone1, kNone1),
+    VT_ROW(file_inst, kAlways, kAlways),
+    VT_ROW(convert_pref, kPass1Only, kPass1Only),
+    VT_ROW(get_ini_var, kAlways, kAlways),
+    VT_ROW(test_ATM_on, kAlways, kAlways),
+    VT_ROW(test_overwrite_old_app, kAlways, kAlways),
+    VT_ROW(set_word_macro, kPass1Only, kPass1Only),
+    VT_ROW(check_unsupported_office_version, kPass1Only, kPass1Only),
+    VT_ROW(fixup_word_migration, kPass1Only, kPass1Only),
+    VT_ROW(run_word_macro, kPass1Only, kPass1Only),
+    VT_ROW(remove_word_macro, kPass1Only, kPass1Only),
+    VT_ROW(set_ppt_macro, kPass1Only, kPass1Only),
+    VT_ROW(run_ppt_macro, kPass1Only, kPass1Only),
+    VT_ROW(remove_ppt_macro, kPass1Only, kPass1Only),
+    VT_ROW(notify_message, kPass1Only, kPass1Only),
+    VT_ROW(ask_choose_lang, kPass1Only, kPass1Only),
+    VT_ROW(remove_soft_fonts, kPass1Only, kPass1Only),
+    VT_ROW(create_link, kPass1Only, kPass1Only),
+    VT_ROW(stub_reg, kPass0Only, kPass0Only),
+    VT_ROW(clean_old_winini_ext_reg, kPass1Only, kPass1Only),
+    VT_ROW(clean_others_ext_reg, kPass1Only, kPass1Only),
+    VT_ROW(add_openwith_support, kPass1Only, kPass1Only),
+    VT_ROW(remove_openwith_support, kPass1Only, kPass1Only),
 };
+#undef VT_ROW
 
 class InfProc : public ScriptTest {
  protected:
@@ -85,6 +89,13 @@ TEST_F(InfProc, TheTableHasItsRowsInOrder) {
   for (int32_t i = 0; i < kNumTasks; ++i) {
     EXPECT_STREQ(TaskTable()[i].name, kExpected[i].name) << i;
     EXPECT_EQ(FindTask(kExpected[i].name), &TaskTable()[i]);
+  }
+}
+
+TEST_F(InfProc, EachHandlerIsThatOfItsName) {
+  for (const Expected& row : kExpected) {
+    ASSERT_NE(FindTask(row.name), nullptr) << row.name;
+    EXPECT_EQ(FindTask(row.name)->handler, row.handler) << row.name;
   }
 }
 
