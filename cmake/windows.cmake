@@ -12,7 +12,9 @@ target_link_libraries(vt_windows INTERFACE vt_warnings)
 target_link_options(vt_windows INTERFACE -static -fstack-protector-strong -Wl,--gc-sections
   -Wl,--major-subsystem-version,5,--minor-subsystem-version,0
   -Wl,--major-os-version,5,--minor-os-version,0
-  -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp)
+  -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
+  # A library's base address would otherwise be made from the path of the output.
+  -Wl,--disable-auto-image-base)
 
 # The whole program but its entry, as one library: the storeys' order is checked by the include check of ./dev lint.
 # -DVT_STOREYS="base;platform" takes only these folders, for a quick build of one storey's tests.
@@ -42,7 +44,7 @@ function(vt_resource_library name rc)
   set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME ${name} RUNTIME_OUTPUT_DIRECTORY ${VT_BIN}
     LIBRARY_OUTPUT_DIRECTORY ${VT_BIN})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/Setup)
-  target_link_options(${name} PRIVATE -nostdlib -Wl,-e,0 -s -Wl,--no-insert-timestamp
+  target_link_options(${name} PRIVATE -nostdlib -Wl,-e,0 -s -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base
     -Wl,--major-subsystem-version,5,--minor-subsystem-version,0)
 endfunction()
 
