@@ -1,7 +1,4 @@
 # Settings and the storey libraries shared by both Windows trees.
-
-# A library's base address would be made up from its path, which differs between build folders.
-add_link_options(-Wl,--disable-auto-image-base)
 add_library(vt_windows INTERFACE)
 target_include_directories(vt_windows INTERFACE ${CMAKE_SOURCE_DIR}/Setup)
 target_compile_definitions(vt_windows INTERFACE
