@@ -13,7 +13,7 @@ class Restart(SetupTest):
     def old(self, name, data):
         self.prefix.write(PRODUCT + "\\" + name, data)
 
-    def library(self, path, version):
+    def make_library(self, path, version):
         self.prefix.make_folder(path.rsplit("\\", 1)[0])
         self.assertEqual(self.prefix.helper("make_library", path, version).code, 0)
 
@@ -70,9 +70,9 @@ class Restart(SetupTest):
         self.check_restarted()
 
     def test_loaded_library(self):
-        self.library(PRODUCT + r"\aide.dll", "6.0.0.1")
+        self.make_library(PRODUCT + r"\aide.dll", "6.0.0.1")
         old = self.prefix.read(PRODUCT + r"\aide.dll")
-        self.library(SOURCE + r"\aide.dll", "6.0.0.2")
+        self.make_library(SOURCE + r"\aide.dll", "6.0.0.2")
         self.add_file("aide.dll", self.prefix.read(SOURCE + r"\aide.dll"))
         self.write_script()
         self.hold(PRODUCT + r"\aide.dll", "-load")

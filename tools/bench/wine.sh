@@ -37,7 +37,7 @@ find_wine_source() {
       awk '$3 == "main" && $2 !~ /-/ && !found { found = $1 } END { print found }')
   fi
   [ -n "$wine_source" ] ||
-    die "no Debian mirror in this machine's apt sources: set WINE_MIRROR (for example http://HOST/debian) and WINE_KEYRING"
+    die "no Debian mirror in this machine's apt sources: set WINE_MIRROR (the address of one) and WINE_KEYRING"
   [ -r "$wine_keyring" ] ||
     die "no keyring at $wine_keyring: install debian-archive-keyring or set WINE_KEYRING to Debian's archive keyring"
 }
