@@ -8,6 +8,7 @@
 #include "base/handle.h"
 #include "base/hooks.h"
 #include "base/runstate.h"
+#include "support/heap_check.h"
 #include "support/leak_check.h"
 #include "support/stopped.h"
 
@@ -68,6 +69,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   WarmUp();
   testing::UnitTest::GetInstance()->listeners().Append(new LeakCheck);
+  testing::UnitTest::GetInstance()->listeners().Append(new HeapCheck);
   testing::UnitTest::GetInstance()->listeners().Append(new FreshState);
   return RUN_ALL_TESTS();
 }

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "support/files.h"
+#include "support/wait.h"
 
 namespace {
 
@@ -30,7 +31,8 @@ TempDir::TempDir(const std::string& parent) {
 }
 
 TempDir::~TempDir() {
-  if (!DeleteTree(mPath)) ADD_FAILURE() << "something keeps " << mPath << " from being removed";
+  // Programs that are just ending may hold their files for a moment.
+  if (!WaitUntil([this] { return DeleteTree(mPath); })) ADD_FAILURE() << "something keeps " << mPath << " from being removed";
 }
 
 std::string TempDir::MakeFolder(const std::string& name) const {
