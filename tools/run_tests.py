@@ -28,6 +28,9 @@ STALL = 120           # seconds without any output after which a test counts as 
 PYTHON_TEST = 300     # seconds that one Python test may take
 FUZZ_SECONDS = int(os.environ.get("VELTRANE_FUZZ_SECONDS", "60"))  # over all targets
 
+# Suites that other tests run in circumstances of their own: a child process, a double-byte code page.
+RUN_BY_OTHERS = re.compile(r"\w*Child\.|DoubleByte\.")
+
 PASSED, FAILED, SKIPPED = "passed", "failed", "skipped"
 
 
@@ -236,7 +239,7 @@ def list_tests(prefix, path):
             names.append(suite + line.strip())
         elif line.endswith("."):
             suite = line.strip()
-    return [name for name in names if "DISABLED_" not in name], result
+    return [name for name in names if "DISABLED_" not in name and not RUN_BY_OTHERS.match(name)], result
 
 
 # ---- Python tests ----
