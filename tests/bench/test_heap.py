@@ -1,4 +1,4 @@
-"""The tests of the lower storeys once more with the system's heap checking switched on.
+"""The tests of the lowest storeys once more with the system's heap checking switched on.
 
 With it every byte written behind a block is found when the test that did it ends (tests/support/heap_check.h).
 """
@@ -29,9 +29,6 @@ class HeapChecking(benchlib.WindowsTest):
 
     def test_messages(self):
         self.run_storey("messages")
-
-    def test_stores(self):
-        self.run_storey("stores")
 
 
 if __name__ == "__main__":
