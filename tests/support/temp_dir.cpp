@@ -32,7 +32,8 @@ TempDir::TempDir(const std::string& parent) {
 
 TempDir::~TempDir() {
   // Programs that are just ending may hold their files for a moment.
-  if (!WaitUntil([this] { return DeleteTree(mPath); })) ADD_FAILURE() << "something keeps " << mPath << " from being removed";
+  if (!WaitUntil([this] { return DeleteTree(mPath); }))
+    ADD_FAILURE() << "something keeps " << mPath << " from being removed";
 }
 
 std::string TempDir::MakeFolder(const std::string& name) const {
