@@ -10,6 +10,8 @@
 namespace Folders {
 namespace {
 
+constexpr size_t kFolderSize = FS::kMaxPathNameLen + 1;  // bytes of a folder's path, terminator included
+
 // Stores a folder that the system gave as `length` characters in a buffer of `size`, without trailing
 // backslash except a root's. A length of 0 is a failure, one of `size` or more a path that did not fit.
 bool Store(const char* text, size_t length, size_t size, Str& dir) {
@@ -30,17 +32,17 @@ bool GetShellFolder(int csidl, bool create, Str& dir) {
 }  // namespace
 
 bool GetWindowsDir(Str& dir) {
-  char buffer[MAX_PATH];
+  char buffer[kFolderSize];
   return Store(buffer, GetWindowsDirectoryA(buffer, sizeof buffer), sizeof buffer, dir);
 }
 
 bool GetSystemDir(Str& dir) {
-  char buffer[MAX_PATH];
+  char buffer[kFolderSize];
   return Store(buffer, GetSystemDirectoryA(buffer, sizeof buffer), sizeof buffer, dir);
 }
 
 bool GetTempDir(Str& dir) {
-  char buffer[MAX_PATH];
+  char buffer[kFolderSize];
   return Store(buffer, GetTempPathA(sizeof buffer, buffer), sizeof buffer, dir);
 }
 

@@ -49,7 +49,7 @@ bool OpenIniFile(IniStore& ini, const char* path) {
 }
 
 bool WriteIniFile(IniStore& ini) {
-  VT_ASSERT(ini.type == iniFILE, "ini->type == iniFILE");
+  if (!VT_ASSERT(ini.type == iniFILE, "ini->type == iniFILE")) return false;
   const std::string content = ini.text.ToFile();
   bool written = Rewrite(ini.file, content);
   if (written) {

@@ -15,6 +15,7 @@ bool OpenIniMemory(IniStore& ini) {
 
 bool WriteIniMemory(IniStore& ini) {
   VT_ASSERT(ini.type == iniMEM, "ini->type == iniMEM");
+  if (!VT_ASSERT(ini.hand != nullptr, "ini->m.ptr")) return false;  // no block, so no text to lock
   const std::string content = ini.text.ToMemory();
   const uint32_t size = static_cast<uint32_t>(content.size()) + 1;
   if (ini.hand->IsValid())
@@ -22,7 +23,6 @@ bool WriteIniMemory(IniStore& ini) {
   else
     *ini.hand = MemHandle(size);
   const MemLock lock(*ini.hand);
-  if (!VT_ASSERT(lock.Ptr() != nullptr, "ini->m.ptr")) return false;
   std::memcpy(lock.Ptr(), content.c_str(), size);
   return true;
 }

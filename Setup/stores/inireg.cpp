@@ -95,40 +95,62 @@ bool IsAsRead(HKEY key, const std::string& name, const IniSection& section) {
   return result == KeyLines::kEnd && now.SectionCount() == 1 && now.Section(0).Text() == section.Text();
 }
 
-// Writes sections back into the key of a store.
+// Writes sections back into the key of a store line by line: a header makes its subkey the current one, which
+// takes the values up to the next header. A block without a header belongs to the subkey before it: a value
+// whose name begins with "[" began it when the subkey was read.
 class KeyWriter {
  public:
   explicit KeyWriter(IniStore& ini) : mIni(ini) {}
 
   bool Write(const IniSection& section) {
-    std::string_view header;
-    if (!section.Name(mIni.text.Rules(), header))
-      return true;  // there is no subkey for lines without a section
-    const std::string name(header);
-    Check(name, "KeyIsValid(szCurrentKeyName)");
-    const bool asRead = !section.changed && IsAsRead(mIni.key.Get(), name, section);
-    RegKey subKey;
-    bool written =
-        asRead || subKey.Create(mIni.key.Get(), name.c_str(), KEY_READ | KEY_WRITE) == ERROR_SUCCESS;
-
+    std::string_view name;
+    mAsRead = !section.changed && section.Name(mIni.text.Rules(), name) &&
+              IsAsRead(mIni.key.Get(), std::string(name), section);
+    bool written = true;
     std::string joined;
     std::string_view key;
     std::string_view value;
-    for (int32_t i = 1; i < section.LineCount(); ++i) {
-      if (section.Continues(i) || !ParseIniKeyLine(section.WholeLine(i, joined), key, value)) continue;
-      const std::string valueName(key);
-      Check(valueName, "KeyIsValid(szValueName)");
-      if (asRead || (!section.changed && IsForeign(subKey.Get(), valueName))) continue;
-      const std::string data(value);
-      written = RegSetValueExA(subKey.Get(), valueName.c_str(), 0, REG_SZ,
-                               reinterpret_cast<const BYTE*>(data.c_str()),
-                               static_cast<DWORD>(data.size()) + 1) == ERROR_SUCCESS &&
-                written;
+    for (int32_t i = 0; i < section.LineCount(); ++i) {
+      if (section.Continues(i)) continue;
+      const std::string_view line = section.WholeLine(i, joined);
+      if ((i == 0 || line.starts_with('[')) && ParseIniHeader(section.Line(i), mIni.text.Rules(), name))
+        written = WriteHeader(std::string(name)) && written;
+      else if (ParseIniKeyLine(line, key, value))
+        written = WriteValue(std::string(key), std::string(value), section.changed) && written;
     }
     return written;
   }
 
+  // A section that is gone has no subkey for what follows it.
+  void Skip() {
+    mHasName = false;
+    mSubKey.Close();
+  }
+
  private:
+  bool WriteHeader(const std::string& name) {
+    Check(name, "KeyIsValid(szCurrentKeyName)");
+    Skip();
+    mName = name;
+    mHasName = true;
+    return mAsRead || OpenSubKey();
+  }
+
+  bool WriteValue(const std::string& name, const std::string& data, bool changed) {
+    if (!mHasName) return true;  // a line without a section
+    Check(name, "KeyIsValid(szValueName)");
+    if (mAsRead) return true;
+    if (!OpenSubKey()) return false;
+    if (!changed && IsForeign(mSubKey.Get(), name)) return true;
+    return RegSetValueExA(mSubKey.Get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(data.c_str()),
+                          static_cast<DWORD>(data.size()) + 1) == ERROR_SUCCESS;
+  }
+
+  bool OpenSubKey() {
+    return mSubKey.Get() != nullptr ||
+           mSubKey.Create(mIni.key.Get(), mName.c_str(), KEY_READ | KEY_WRITE) == ERROR_SUCCESS;
+  }
+
   void Check(const std::string& name, const char* expression) {
     if (!KeyIsValid(name.c_str()) && mIni.IsNewComplaint(expression, name)) VT_FAIL(expression);
   }
@@ -142,6 +164,10 @@ class KeyWriter {
   }
 
   IniStore& mIni;
+  RegKey mSubKey;  // the current one, once something was written to it
+  std::string mName;
+  bool mHasName = false;
+  bool mAsRead = false;  // nothing of this section has to be written
 };
 
 }  // namespace
@@ -159,7 +185,7 @@ bool OpenIniKey(IniStore& ini, HKEY root, const char* subKey) {
 }
 
 bool WriteIniKey(IniStore& ini) {
-  VT_ASSERT(ini.type == iniREG, "ini->type == iniREG");
+  if (!VT_ASSERT(ini.type == iniREG, "ini->type == iniREG")) return false;
   for (int32_t i = 0; i < ini.text.SectionCount(); ++i) {
     const IniSection& section = ini.text.Section(i);
     std::string_view name;
@@ -169,7 +195,11 @@ bool WriteIniKey(IniStore& ini) {
   KeyWriter writer(ini);
   bool written = true;
   for (int32_t i = 0; i < ini.text.SectionCount(); ++i) {
-    if (!ini.text.Section(i).deleted) written = writer.Write(ini.text.Section(i)) && written;
+    const IniSection& section = ini.text.Section(i);
+    if (section.deleted)
+      writer.Skip();
+    else
+      written = writer.Write(section) && written;
   }
   return written;
 }

@@ -47,7 +47,9 @@ void ReadMachineStore() {
   if (store == nullptr) return;
   Str value;
   if (IniFindSection(store.get(), "Windows")) {
-    IniGetStr(store.get(), "Help", AppGetExpanded("SetupHelpDir"), value);
+    // What the variable holds stays as it was written: the variables in it may still be set.
+    AppGetVariable("SetupHelpDir", value);
+    IniGetStr(store.get(), "Help", value, value);
     if (!value.IsEmpty()) AppSetVariable("SetupHelpDir", value);
   }
   if (IniFindSection(store.get(), "Directories")) {

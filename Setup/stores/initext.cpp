@@ -33,7 +33,11 @@ void WriteLines(const std::deque<IniSection>& sections, std::string& out) {
 }  // namespace
 
 void IniText::AddLine(std::string_view line, bool continues) {
+  if (!continues) mInLine = false;
   if (line.empty()) return;
+  // The rest of a line whose beginning was dropped stands for itself, not for a part of the line before it.
+  continues = continues && mInLine;
+  mInLine = true;
   if (line.front() == '[' && !continues) EndLines();
   if (!mOpenBlock) mSections.emplace_back();
   mOpenBlock = true;

@@ -77,6 +77,7 @@ class IniText {
   IniRules mRules;
   std::deque<IniSection> mSections;
   bool mOpenBlock = false;      // loading: the last section still takes lines
+  bool mInLine = false;         // loading: a piece of the line that is being read was added
   std::vector<NameRef> mNames;  // sorted; valid when mNamesValid
   bool mNamesValid = false;
   int32_t mCurrent = -1;

@@ -2,13 +2,14 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/handle.h"
 #include "base/hooks.h"
 #include "ini_support.h"
-#include <map>
 #include "messages/res.h"
 #include "stores/inistore.h"
 #include "support/assert_recorder.h"
@@ -227,6 +228,14 @@ TEST_F(IniFileTest, NulsHideTheRestOfALine) {
   EXPECT_EQ(Listing(ini.get()), "[A] k=1 n=3");
 }
 
+TEST_F(IniFileTest, LineWhoseBeginningIsNulsIsNoPartOfTheLineBefore) {
+  const std::string nuls(511, '\0');
+  Write("[A]\n" + nuls + "a=1\nb=2\n" + nuls + "c=3\n" + nuls + nuls + "d=4\n");
+  const IniStorePtr ini = Open(true);
+  ASSERT_NE(ini, nullptr);
+  EXPECT_EQ(Listing(ini.get()), "[A] a=1 b=2 c=3 d=4");
+}
+
 TEST_F(IniFileTest, TenMegabytesAreRead) {
   std::string bytes = "[Big]\n";
   const std::string line = "Key=" + std::string(95, 'v') + "\n";
@@ -427,6 +436,29 @@ TEST_F(IniFileTest, TenThousandKeysAreWrittenInNoTime) {
   EXPECT_LT(GetTickCount() - start, 5000u);
   const IniStorePtr again = Open(true);
   EXPECT_EQ(ReadOf(again.get(), "A", "Key9999"), "-9999");
+}
+
+// Stores of another kind
+
+TEST(IniWriteBack, StoreOfAnotherKindIsReportedAndNotWritten) {
+  AssertRecorder recorder;
+  MemHandle block = BlockOf("[A]\nk=1\n");
+  IniStore memory(iniMEM, false);
+  memory.hand = &block;
+  EXPECT_FALSE(WriteIniFile(memory));
+  EXPECT_FALSE(WriteIniKey(memory));
+  IniStore file(iniFILE, false);
+  EXPECT_FALSE(WriteIniMemory(file));
+  EXPECT_EQ(recorder.Texts(), (std::vector<std::string>{"ini->type == iniFILE", "ini->type == iniREG",
+                                                        "ini->type == iniMEM", "ini->m.ptr"}));
+  EXPECT_EQ(TextOf(block), "[A]\nk=1\n");
+}
+
+TEST(IniWriteBack, MemoryStoreWithoutABlockIsReported) {
+  AssertRecorder recorder;
+  IniStore memory(iniMEM, false);
+  EXPECT_FALSE(WriteIniMemory(memory));
+  EXPECT_EQ(recorder.Only(), "ini->m.ptr");
 }
 
 // Memory blocks

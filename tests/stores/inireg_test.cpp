@@ -441,6 +441,43 @@ TEST_F(IniRegTest, SectionWithoutHeaderIsNotWritten) {
   EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, kKey));
 }
 
+TEST_F(IniRegTest, ValuesBehindOneThatBeginsWithABracketStayInTheirSubkey) {
+  Set("A", "[x", "y");
+  Set("A", "z", "1");
+  Set("B", "k", "1");
+  IniStorePtr ini = Open(false);
+  IniFindSection(ini.get(), "A");
+  EXPECT_TRUE(IniWriteString(ini.get(), "k", "2"));
+  AssertRecorder recorder;
+  EXPECT_TRUE(IniClose(ini));
+  EXPECT_EQ(recorder.Only(), "KeyIsValid(szValueName)");
+  EXPECT_EQ(Get("A", "k"), "2");
+  EXPECT_EQ(Get("A", "[x"), "y");
+  EXPECT_EQ(Get("A", "z"), "1");
+  EXPECT_EQ(Raw("B", "z"), "none");
+}
+
+TEST_F(IniRegTest, ValuesOfADeletedSectionGoNowhereElse) {
+  Set("A", "k", "1");
+  Set("B", "[x", "y");
+  Set("B", "z", "1");
+  IniStorePtr ini = Open(false);
+  IniDeleteSection(ini.get(), "B");
+  EXPECT_TRUE(IniClose(ini));
+  EXPECT_FALSE(Has("B"));
+  EXPECT_EQ(Get("A", "k"), "1");
+  EXPECT_EQ(Raw("A", "[x"), "none");
+  EXPECT_EQ(Raw("A", "z"), "none");
+}
+
+TEST_F(IniRegTest, EveryHeaderOfASectionsTextBeginsASubkey) {
+  IniStorePtr ini = Open(false);
+  EXPECT_TRUE(IniSetSection(ini.get(), "A", BlockOf("[A]\nk=1\n[B]\nk=2\n\n")));
+  EXPECT_TRUE(IniClose(ini));
+  EXPECT_EQ(Get("A", "k"), "1");
+  EXPECT_EQ(Get("B", "k"), "2");
+}
+
 TEST_F(IniRegTest, LongValuesAreWrittenWhole) {
   IniStorePtr ini = Open(false);
   IniFindSection(ini.get(), "A", true);

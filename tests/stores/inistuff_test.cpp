@@ -10,6 +10,7 @@
 
 #include "messages/app_vars.h"
 #include "support/assert_recorder.h"
+#include "support/import_double.h"
 #include "support/registry_guard.h"
 #include "support/temp_dir.h"
 
@@ -21,6 +22,19 @@ std::string Value(const char* name) {
   Str value;
   return AppGetVariable(name, value) ? value.Chars() : "-";
 }
+
+// Stand-ins for the system's answers.
+UINT WINAPI NoFolder(LPSTR, UINT) { return 0; }
+DWORD WINAPI NoTempFolder(DWORD, LPSTR) { return 0; }
+DWORD GiveFolder(const std::string& folder, DWORD size, LPSTR buffer) {
+  if (size <= folder.size()) return static_cast<DWORD>(folder.size()) + 1;
+  lstrcpyA(buffer, folder.c_str());
+  return static_cast<DWORD>(folder.size());
+}
+DWORD WINAPI LongTempFolder(DWORD size, LPSTR buffer) {
+  return GiveFolder("C:\\" + std::string(256, 't') + '\\', size, buffer);
+}
+DWORD WINAPI RootAsTempFolder(DWORD size, LPSTR buffer) { return GiveFolder("D:\\", size, buffer); }
 
 class FolderVariablesTest : public AppVarsTest {};
 
@@ -51,6 +65,42 @@ TEST_F(FolderVariablesTest, AreSetInThisOrder) {
     return true;
   });
   EXPECT_EQ(names, "UserAppDataDir TempDir SystemDir WinDir ");
+}
+
+TEST_F(FolderVariablesTest, FolderThatTheSystemDoesNotNameIsReportedAndEmpty) {
+  const struct {
+    const char* function;
+    void* failing;
+    const char* variable;
+    const char* expression;
+  } rows[] = {
+      {"GetWindowsDirectoryA", reinterpret_cast<void*>(&NoFolder), "WinDir", "winDir.Length()"},
+      {"GetSystemDirectoryA", reinterpret_cast<void*>(&NoFolder), "SystemDir", "sysDir.Length()"},
+      {"GetTempPathA", reinterpret_cast<void*>(&NoTempFolder), "TempDir", "tempDir.Length()"},
+  };
+  for (const auto& row : rows) {
+    AppVars().Clear();
+    AssertRecorder recorder;
+    {
+      const ImportDouble naming(row.function, row.failing);
+      SetFolderVariables();
+    }
+    EXPECT_EQ(recorder.Only(), row.expression);
+    EXPECT_EQ(Value(row.variable), "");
+    EXPECT_NE(Value("UserAppDataDir"), "-") << "the other folders are named";
+  }
+}
+
+TEST_F(FolderVariablesTest, FoldersMayHave260Characters) {
+  const ImportDouble naming("GetTempPathA", reinterpret_cast<void*>(&LongTempFolder));
+  SetFolderVariables();
+  EXPECT_EQ(Value("TempDir"), "C:\\" + std::string(256, 't'));
+}
+
+TEST_F(FolderVariablesTest, RootLosesItsBackslash) {
+  const ImportDouble naming("GetTempPathA", reinterpret_cast<void*>(&RootAsTempFolder));
+  SetFolderVariables();
+  EXPECT_EQ(Value("TempDir"), "D:");
 }
 
 class MachineStoreTest : public AppVarsTest {
@@ -96,6 +146,14 @@ TEST_F(MachineStoreTest, HelpFolderStaysWithoutAnEntry) {
   Set("Windows", "Other", "x");
   ReadMachineStore();
   EXPECT_EQ(Value("SetupHelpDir"), "C:\\Old");
+}
+
+TEST_F(MachineStoreTest, HelpFolderWithoutAnEntryKeepsItsPlaceholders) {
+  UseStore();
+  AppSetVariable("SetupHelpDir", "<ProgDir>\\Help");
+  Set("Windows", "Other", "x");
+  ReadMachineStore();
+  EXPECT_EQ(Value("SetupHelpDir"), "<ProgDir>\\Help");
 }
 
 TEST_F(MachineStoreTest, EmptyHelpFolderIsNotSet) {
