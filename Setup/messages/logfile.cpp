@@ -175,8 +175,7 @@ void LogSystemInfo(const SystemFacts& facts) {
 }
 
 bool CloseAndRenameLog() {
-  if (!IsLogOpen()) return false;
-  gLog.Reset();  // every line is with the system already: closing has nothing left to write that could fail
+  if (!IsLogOpen() || !gLog.Close()) return false;
 
   const Message name("<AppName><MajVersion>.log");
   if (name.Text().Find('<') >= 0) return true;

@@ -33,5 +33,5 @@ void LogAssert(const char* text);
 void LogInternalError(uint32_t code);
 void LogSystemInfo(const SystemFacts& facts);
 // Closes the log and moves it to "<AppName><MajVersion>.log" in its folder; a name that still holds "<"
-// leaves it where it is. False when no log is open.
+// leaves it where it is. False when no log is open or it could not be closed.
 bool CloseAndRenameLog();

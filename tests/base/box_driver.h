@@ -31,6 +31,8 @@ class BoxDriver {
   bool mHasOwner = true;
   bool mHasYes = false;
   bool mHasNo = false;
+  HICON mIcon = nullptr;
+  bool mWasReady = false;
   int mBoxes = 0;  // boxes of that caption at the time of the answer
 
  private:
@@ -48,7 +50,7 @@ class BoxDriver {
     if (!WaitUntil(isBoxUp) || box == nullptr) return;
     mShown = true;
     Note(box);
-    if (mReady != nullptr) WaitUntil(mReady);
+    mWasReady = mReady == nullptr || WaitUntil(mReady);
     mBoxes = CountBoxes();
     PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(mAnswer), 0);
   }
@@ -61,6 +63,13 @@ class BoxDriver {
     mHasOwner = GetWindow(box, GW_OWNER) != nullptr;
     mHasYes = GetDlgItem(box, IDYES) != nullptr;
     mHasNo = GetDlgItem(box, IDNO) != nullptr;
+    for (HWND part = GetWindow(box, GW_CHILD); part != nullptr; part = GetWindow(part, GW_HWNDNEXT)) {
+      char kind[16] = "";
+      GetClassNameA(part, kind, sizeof(kind));
+      const auto icon =
+          reinterpret_cast<HICON>(lstrcmpiA(kind, "static") == 0 ? SendMessageA(part, STM_GETICON, 0, 0) : 0);
+      if (icon != nullptr && IsWindowVisible(part)) mIcon = icon;
+    }
   }
 
   int CountBoxes() const {

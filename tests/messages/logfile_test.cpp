@@ -8,6 +8,7 @@
 
 #include "app_vars.h"
 #include "base/box_driver.h"
+#include "base/handle.h"
 #include "base/runstate.h"
 #include "messages/res.h"
 #include "support/assert_recorder.h"
@@ -56,6 +57,21 @@ TEST_F(LogTest, HeaderGivesTheTimeInUtc) {
   ASSERT_TRUE(Open());
   GetSystemTime(&after);
   EXPECT_TRUE(Bytes() == header(before) || Bytes() == header(after)) << Bytes();
+}
+
+void WINAPI EarlyInMarch(LPSYSTEMTIME time) {
+  *time = {};
+  time->wYear = 2024;
+  time->wMonth = 3;
+  time->wDay = 7;
+  time->wHour = 9;
+  time->wMinute = 5;
+}
+
+TEST_F(LogTest, HeaderPadsItsNumbers) {
+  const ImportDouble clock("GetSystemTime", reinterpret_cast<void*>(&EarlyInMarch));
+  ASSERT_TRUE(Open());
+  EXPECT_EQ(Bytes(), "Logfile [Time: 09:05] 2024-03-07 (YYYY-MM-DD)\r\n");
 }
 
 TEST_F(LogTest, HeaderIgnoresVariablesOfTheSameNames) {
@@ -111,9 +127,25 @@ TEST_F(LogTest, EmptyFolderIsTheCurrentOne) {
   EXPECT_TRUE(mDir.Has("a.log"));
 }
 
-TEST_F(LogTest, ErrorModeIsAsBefore) {
+decltype(&CreateFileA) gCreateFile = nullptr;
+UINT gModeWhileOpening = 0;
+
+HANDLE WINAPI CreateAndNoteTheMode(LPCSTR path, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES security,
+                                   DWORD disposition, DWORD attributes, HANDLE pattern) {
+  gModeWhileOpening = SetErrorMode(0);
+  SetErrorMode(gModeWhileOpening);
+  return gCreateFile(path, access, sharing, security, disposition, attributes, pattern);
+}
+
+TEST_F(LogTest, NoCriticalErrorBoxesWhileItIsOpenedAndTheModeAsBeforeAfterwards) {
   const UINT mode = SetErrorMode(SEM_NOOPENFILEERRORBOX);
-  ASSERT_TRUE(Open());
+  {
+    const ImportDouble creating("CreateFileA", reinterpret_cast<void*>(&CreateAndNoteTheMode));
+    gCreateFile = reinterpret_cast<decltype(gCreateFile)>(creating.Original());
+    gModeWhileOpening = 0;
+    ASSERT_TRUE(Open());
+  }
+  EXPECT_EQ(gModeWhileOpening & SEM_FAILCRITICALERRORS, static_cast<UINT>(SEM_FAILCRITICALERRORS));
   EXPECT_EQ(SetErrorMode(mode), static_cast<UINT>(SEM_NOOPENFILEERRORBOX));
 }
 
@@ -366,6 +398,29 @@ TEST_F(LogTest, StaysWhenTheFinalNameIsItsOwn) {
   EXPECT_TRUE(mDir.Has("a..log"));
 }
 
+decltype(&CloseHandle) gCloseHandle = nullptr;
+
+BOOL WINAPI CloseWithAFailure(HANDLE handle) {
+  gCloseHandle(handle);
+  SetLastError(ERROR_WRITE_FAULT);
+  return FALSE;
+}
+
+TEST_F(LogTest, StaysWhereItIsWhenItCannotBeClosed) {
+  AppSetVariable("AppName", "Veltrane");
+  AppSetVariable("MajVersion", "6");
+  mDir.Write("Veltrane6.log", "earlier");
+  ASSERT_TRUE(Open());
+  {
+    const ImportDouble closing("CloseHandle", reinterpret_cast<void*>(&CloseWithAFailure));
+    gCloseHandle = reinterpret_cast<decltype(gCloseHandle)>(closing.Original());
+    EXPECT_FALSE(CloseAndRenameLog());
+  }
+  EXPECT_FALSE(IsLogOpen());
+  EXPECT_EQ(NamesIn(mDir.Path()), (std::vector<std::string>{"Veltrane6.log", "a.log"}));
+  EXPECT_EQ(mDir.Read("Veltrane6.log"), "earlier");
+}
+
 TEST_F(LogTest, CanBeOpenedAgainAfterwards) {
   ASSERT_TRUE(Open());
   CloseAndRenameLog();
@@ -373,6 +428,8 @@ TEST_F(LogTest, CanBeOpenedAgainAfterwards) {
 }
 
 // The run's log
+
+HWND gOtherWindow = nullptr;
 
 class SetupLogTest : public LogTest {
  protected:
@@ -464,6 +521,7 @@ TEST_F(SetupLogTest, QuestionYesGoesOnWithoutALog) {
   EXPECT_TRUE(driver.mShown);
   EXPECT_TRUE(driver.mHasYes);
   EXPECT_TRUE(driver.mHasNo);
+  EXPECT_EQ(driver.mIcon, LoadIconA(nullptr, IDI_QUESTION));
   EXPECT_EQ(
       driver.mText,
       "Setup ne peut pas cr\xe9"
@@ -475,6 +533,25 @@ TEST_F(SetupLogTest, QuestionYesGoesOnWithoutALog) {
       "er de journal ?");
   EXPECT_FALSE(IsLogOpen());
   EXPECT_FALSE(AppVariableExists("SetupName"));
+}
+
+TEST_F(SetupLogTest, QuestionBlocksTheOtherWindows) {
+  LeaveNoFolder();
+  const WindowHandle other(CreateWindowExA(0, "#32770", "other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 100,
+                                           100, nullptr, nullptr, nullptr, nullptr));
+  gOtherWindow = other.Get();
+  BoxDriver driver("Veltrane", IDYES, [] { return !IsWindowEnabled(gOtherWindow); });
+  EXPECT_TRUE(OpenSetupLog());
+  driver.Finish();
+  EXPECT_TRUE(driver.mWasReady);
+}
+
+int WINAPI RefusedBox(HWND, LPCSTR, LPCSTR, UINT) { return 0; }
+
+TEST_F(SetupLogTest, QuestionThatCannotBeShownCountsAsNo) {
+  LeaveNoFolder();
+  const ImportDouble box("MessageBoxA", reinterpret_cast<void*>(&RefusedBox));
+  EXPECT_FALSE(OpenSetupLog());
 }
 
 TEST_F(SetupLogTest, QuestionNoStops) {
