@@ -14,6 +14,7 @@
 #include "box_driver.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/process.h"
 #include "support/temp_dir.h"
 
@@ -146,6 +147,7 @@ TEST_F(StandardHandler, ShowsTheDefaultFormatAndCaptionWithoutResources) {
   driver.Finish();
   ASSERT_TRUE(driver.mShown);
   EXPECT_EQ(driver.mText, kMessage + ("\n" + DumpNote()));
+  EXPECT_EQ(driver.mIcon, LoadIconA(nullptr, IDI_EXCLAMATION));
   EXPECT_TRUE(driver.mTopMost);
   EXPECT_FALSE(driver.mHasOwner);
   EXPECT_TRUE(driver.mHasYes);
@@ -261,6 +263,40 @@ TEST_F(StandardHandler, AFailureWhileReportingIsNotReportedItself) {
   EXPECT_EQ(mDebugOutput[1], "**** nested calls to AssertFailed ****\n");
   VT_FAIL("the next one");  // the guard is released again
   EXPECT_EQ(mBlocks.size(), 2u);
+}
+
+BOOL WINAPI UnderADebugger() { return TRUE; }
+int gBreaks = 0;
+void WINAPI CountBreak() { ++gBreaks; }
+
+TEST_F(StandardHandler, AFailureWhileReportingStopsInTheDebugger) {
+  HookTable hooks = Hooks();
+  hooks.logBlock = FailWhileLogging;
+  SetHooks(hooks);
+  ::Run().setupFlags = kQuiet;
+  const ImportDouble breaking("DebugBreak", reinterpret_cast<void*>(&CountBreak));
+  gBreaks = 0;
+  VT_FAIL("without a debugger a break would end the process");
+  EXPECT_EQ(gBreaks, 0);
+  const ImportDouble asking("IsDebuggerPresent", reinterpret_cast<void*>(&UnderADebugger));
+  VT_FAIL("with one");
+  EXPECT_EQ(gBreaks, 1);
+  EXPECT_EQ(mBlocks.size(), 2u);
+}
+
+int WINAPI RefusedBox(HWND, LPCSTR, LPCSTR, UINT) { return 0; }
+
+TEST_F(StandardHandler, ABoxThatCannotBeShownGoesOn) {
+  const ImportDouble box("MessageBoxA", reinterpret_cast<void*>(&RefusedBox));
+  AssertEntry("x > 0", "unit.cpp", 42);
+  EXPECT_EQ(mBlocks, Texts{kMessage});
+}
+
+TEST_F(StandardHandler, FormattedFailuresAreReportedToo) {
+  ::Run().setupFlags = kQuiet;
+  AssertEntry("x > 0", "unit.cpp", 42);
+  AssertFailed("%s is %d", "value", 5);
+  EXPECT_EQ(mBlocks, (Texts{kMessage, "File: unit.cpp, Line#: 42\nAssert( value is 5 );\n"}));
 }
 
 // ---- the answers, in a process of their own ----

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
 #include "base/hooks.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -81,7 +83,18 @@ TEST_F(MiniDump, IsADumpFile) {
   Str path;
   ASSERT_TRUE(WriteMiniDump(path));
   const std::string bytes = ReadWholeFile(path.Chars());
+  ASSERT_GT(bytes.size(), 32u);
   EXPECT_EQ(bytes.substr(0, 4), "MDMP");
+  const auto number = [&](size_t at) {
+    uint32_t value = 0;
+    std::memcpy(&value, bytes.data() + at, sizeof value);
+    return value;
+  };
+  EXPECT_EQ(number(24), 0u);  // the kind: a normal one
+  constexpr uint32_t kExceptionStream = 6;
+  const uint32_t streams = number(8);
+  ASSERT_LE(number(12) + streams * 12, bytes.size());
+  for (uint32_t i = 0; i < streams; ++i) EXPECT_NE(number(number(12) + i * 12), kExceptionStream);
 }
 
 TEST_F(MiniDump, WithoutAVersionNumber) {
@@ -107,6 +120,17 @@ TEST_F(MiniDump, ATemporaryFolderThatCannotBeNamedAsserts) {
   Str path;
   EXPECT_FALSE(WriteMiniDump(path));
   EXPECT_EQ(recorder.Texts().back(), "GetMiniDumpPath(\"VTSetup\",index,miniDumpPath)");
+}
+
+DWORD WINAPI NoTempPath(DWORD, LPSTR) { return 0; }
+
+TEST_F(MiniDump, ATemporaryFolderThatTheSystemDoesNotKnowAsserts) {
+  AssertRecorder recorder;
+  const ImportDouble naming("GetTempPathA", reinterpret_cast<void*>(&NoTempPath));
+  Str path;
+  EXPECT_FALSE(WriteMiniDump(path));
+  EXPECT_EQ(recorder.Texts(),
+            (Names{"::GetTempPathA(260,pathStr) > 0", "GetMiniDumpPath(\"VTSetup\",index,miniDumpPath)"}));
 }
 
 // Needs a dump writer that fails; test_other_systems.py puts one in the system folder.

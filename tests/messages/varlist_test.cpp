@@ -86,6 +86,27 @@ TEST_F(VarListTest, PercentWinsOverTheMutableFlag) {
   EXPECT_EQ(Listing(mList), "%A=1");
 }
 
+TEST_F(VarListTest, SettingAFrozenVariableIsNotReported) {
+  const TempDir dir;
+  mList.Set("%A", "1");
+  ASSERT_TRUE(OpenLog(dir.Path().c_str(), "a.log"));
+  const size_t header = dir.Read("a.log").size();
+  mList.Set("A", "2");  // a failed assertion would fail the test
+  mList.SetBool("A", true, false);
+  CloseAndRenameLog();
+  EXPECT_EQ(dir.Read("a.log").size(), header);
+  EXPECT_EQ(Listing(mList), "%A=1");
+}
+
+TEST_F(VarListTest, HoldsCopiesOfNameAndValue) {
+  char name[] = "A";
+  char value[] = "1";
+  mList.Set(name, value);
+  name[0] = 'B';
+  value[0] = '2';
+  EXPECT_EQ(Listing(mList), "A=1");
+}
+
 TEST_F(VarListTest, OnlyOnePercentIsDropped) {
   mList.Set("%%A", "1");
   EXPECT_EQ(Listing(mList), "%%A=1");

@@ -7,6 +7,7 @@
 
 #include "base/runstate.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/leak_check.h"
 #include "support/process.h"
 #include "support/registry_guard.h"
@@ -113,6 +114,27 @@ TEST(Folders, ModulePathIsThisProgram) {
   GetModuleFileNameA(nullptr, expected, sizeof expected);
   EXPECT_EQ(Text(path), expected);
   EXPECT_TRUE(PathExists(Text(path)));
+}
+
+DWORD gModuleLength = 0;
+
+DWORD WINAPI LongModulePath(HMODULE, LPSTR buffer, DWORD size) {
+  const std::string path = "C:\\" + std::string(gModuleLength > 3 ? gModuleLength - 3 : 0, 'x');
+  lstrcpynA(buffer, path.c_str(), static_cast<int>(size));
+  return gModuleLength < size ? gModuleLength : size;
+}
+
+TEST(Folders, ModulePathHasAtMost260Characters) {
+  const ImportDouble naming("GetModuleFileNameA", reinterpret_cast<void*>(&LongModulePath));
+  Str path("kept");
+  for (const DWORD length : {261u, 262u, 1000u, 0u}) {
+    gModuleLength = length;
+    EXPECT_FALSE(Folders::GetModulePath(path)) << length;
+    EXPECT_EQ(path, "kept");
+  }
+  gModuleLength = 260;
+  ASSERT_TRUE(Folders::GetModulePath(path));
+  EXPECT_EQ(path.Length(), 260);
 }
 
 TEST(Platform, FlagsAndVersionOfThisSystem) {

@@ -4,7 +4,7 @@
 
 #include "base/mem.h"
 #include "resources/ids.h"
-#include "support/stopped.h"
+#include "support/import_double.h"
 #include "support/stopped.h"
 #include "ui/answerer.h"
 #include "ui/language_file.h"
@@ -219,6 +219,54 @@ TEST_F(ErrTest, BoxBlocksTheDialogAboveTheMainWindow) {
   }
   EXPECT_FALSE(wasEnabled);
   EXPECT_TRUE(IsWindowEnabled(dialog));
+}
+
+TEST_F(ErrTest, BoxesBlockTheOtherWindows) {
+  SetTitles();
+  TestWindow other("Autre");
+  const auto isBlocked = [&](const char* caption, int button, const auto& show) {
+    bool blocked = false;
+    {
+      Answerer answerer(caption, [&](HWND box) {
+        blocked = WaitUntil([&] { return !IsWindowEnabled(other.Get()); });
+        Press(box, button);
+      });
+      show();
+    }
+    return blocked;
+  };
+  EXPECT_TRUE(isBlocked(kErrorCaption, IDOK, [] { ShowError("x"); }));
+  EXPECT_TRUE(isBlocked(kWarningCaption, IDOK, [] { ShowWarning("x"); }));
+  EXPECT_TRUE(isBlocked(kSetup, IDOK, [] { ShowInfo("x"); }));
+  EXPECT_TRUE(isBlocked(kErrorCaption, IDOK, [] { ShowPlain("x"); }));
+  EXPECT_TRUE(isBlocked(kErrorCaption, IDOK, [] { AskErrorOkCancel("x"); }));
+  EXPECT_TRUE(isBlocked(kSetup, IDOK, [] { AskOkCancel("x"); }));
+  EXPECT_TRUE(isBlocked(kSetup, IDYES, [] { AskYesNo("x"); }));
+  EXPECT_TRUE(isBlocked(kSetup, IDYES, [] { AskYesNoDefaultNo("x"); }));
+  EXPECT_TRUE(IsWindowEnabled(other.Get()));
+}
+
+int WINAPI RefusedBox(HWND, LPCSTR, LPCSTR, UINT) { return 0; }
+
+TEST_F(ErrTest, BoxThatCannotBeShownCountsAsTheSecondButton) {
+  SetTitles();
+  const ImportDouble box("MessageBoxA", reinterpret_cast<void*>(&RefusedBox));
+  EXPECT_EQ(AskErrorOkCancel("q"), 0);
+  EXPECT_EQ(AskOkCancel("q"), 0);
+  EXPECT_EQ(Log(), "q: [Cancel]\n\nq: [Cancel]\n\n");
+  EXPECT_EQ(AskYesNo("q"), 0);
+  EXPECT_EQ(AskYesNoDefaultNo("q"), 0);
+  EXPECT_EQ(Log(), "q: [No]\n\nq: [No]\n\n");
+}
+
+TEST_F(ErrTest, MessageThatCannotBeShownIsLoggedAllTheSame) {
+  SetTitles();
+  const ImportDouble box("MessageBoxA", reinterpret_cast<void*>(&RefusedBox));
+  ShowError("a");
+  ShowWarning("b");
+  ShowInfo("c");
+  ShowPlain("d");
+  EXPECT_EQ(Log(), "a\n\nb\n\nc\n\nd\n\n");
 }
 
 TEST_F(ErrTest, NullTextAssertsAndCountsAsEmpty) {
@@ -499,6 +547,42 @@ TEST_F(ErrTest, FatalOutOfMemoryHasItsText) {
 }
 
 // ---- reserve ----
+
+HGLOBAL gReserve = nullptr;
+UINT gReserveFlags = 0;
+decltype(&GlobalAlloc) gGlobalAlloc = nullptr;
+
+HGLOBAL WINAPI NoteAllocation(UINT flags, SIZE_T size) {
+  gReserveFlags = flags;
+  return gReserve = gGlobalAlloc(flags, size);
+}
+
+TEST_F(ErrTest, ReserveIsAMovableBlockOf7880Bytes) {
+  const ImportDouble allocating("GlobalAlloc", reinterpret_cast<void*>(&NoteAllocation));
+  gGlobalAlloc = reinterpret_cast<decltype(gGlobalAlloc)>(allocating.Original());
+  gReserve = nullptr;
+  ASSERT_TRUE(AllocateReserve());
+  EXPECT_EQ(GlobalSize(gReserve), 7880u);
+  EXPECT_NE(gReserveFlags & GMEM_MOVEABLE, 0u);
+  FreeReserve();
+}
+
+HGLOBAL WINAPI NoMemory(UINT, SIZE_T) {
+  SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return nullptr;
+}
+
+TEST_F(ErrTest, ReserveThatCannotBeHadIsReported) {
+  SetTitles();
+  const int32_t before = MemHandle::LiveCount();
+  const ImportDouble allocating("GlobalAlloc", reinterpret_cast<void*>(&NoMemory));
+  bool allocated = true;
+  const SeenBox box = Answered(kWarningCaption, IDOK, [&] { allocated = AllocateReserve(); });
+  EXPECT_FALSE(allocated);
+  EXPECT_EQ(box.icon, SystemIcon(IDI_EXCLAMATION));
+  EXPECT_NE(Log().find("n'a pas assez de m\xe9moire et va se terminer."), std::string::npos);
+  EXPECT_EQ(MemHandle::LiveCount(), before);
+}
 
 TEST_F(ErrTest, ReserveIsOneBlockUntilItIsFreed) {
   const int32_t before = MemHandle::LiveCount();
