@@ -28,8 +28,7 @@ bool IsFontFamilyInstalled(const char* familyName);
 // Some value of the font list begins with `familyName`.
 bool IsFamilyInRegistry(const char* familyName);
 // A bare name of the font list lies in TTSysDir, a ".FOT" file in the Windows folder's "System"; other
-// endings than
-// ".TTF" and ".FOT" assert and give false.
+// endings than ".TTF" and ".FOT" assert and give false.
 [[nodiscard]] bool RegistryFontPath(const char* regFile, Str& path);
 // Each logs its own details on failure.
 [[nodiscard]] bool WriteFontToRegistry(const char* fullName, const char* fontPath);

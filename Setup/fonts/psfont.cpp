@@ -260,8 +260,7 @@ void RemoveOldPSFont(const AtmLibrary& atm, const char* pfbPath, const char* pfm
   if (installedVersion >= font.version) {
     LogAbout(
         "    The installed font <PSFontName> is either the same as or newer than the one we're attempting to "
-        "install. "
-        "For this reason, the installed ATM font was not removed.",
+        "install. For this reason, the installed ATM font was not removed.",
         "PSFontName", font.psName);
     return;
   }

@@ -5,6 +5,9 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include "base/assert.h"
 #include "base/com.h"
 #include "base/runstate.h"
@@ -34,11 +37,22 @@ bool FitsLinkText(const LinkRecord& link) {
   return true;
 }
 
-// An empty name, or one that climbs out of the Programs folder, would reach other products' icons. Windows
-// drops dots and blanks at a name's end, so that one of these alone is no name either.
+// Windows drops dots and blanks at a name's end: a part of a path that holds nothing else is the folder
+// itself, or the one above.
+bool HasDotsOnlyPart(std::string_view path) {
+  while (!path.empty()) {
+    const std::string_view part = path.substr(0, path.find('\\'));
+    if (!part.empty() && part.find_first_not_of(". ") == std::string_view::npos) return true;
+    path.remove_prefix(std::min(part.size() + 1, path.size()));
+  }
+  return false;
+}
+
+// An empty name, or one that climbs out of the Programs folder, would reach other products' icons.
 bool IsGroupName(const Str& group) {
-  if (group.View().find_first_not_of("\\. ") != std::string_view::npos && group.Find("..") < 0 &&
-      group.Find(':') < 0 && group.Find('/') < 0 && group.Chars()[0] != '\\')
+  const std::string_view name = group.View();
+  if (!name.empty() && name.front() != '\\' && name.find_first_of(":/") == std::string_view::npos &&
+      !HasDotsOnlyPart(name))
     return true;
   LogError(Message("    \"<ProgGroup>\" is no name of a program group.", kTemplateLiteral)
                .With("ProgGroup", group));
@@ -75,10 +89,12 @@ bool DeleteGroup(const Str& group) {
 }
 
 void LogLinkFailure(const LinkRecord& link, const Str& linkPath) {
-  LogLine(Message("    <SetupName> couldn't create the following link file: <LinkFile>.\n      desc:      "
-                  "<Desc>\n      "
-                  "pathname:\t<Path>\n      args:      <Args>\n      iconPath:  <IconPath>\n      iconIndex: "
-                  "<IconIdx>")
+  LogLine(Message("    <SetupName> couldn't create the following link file: <LinkFile>.\n"
+                  "      desc:      <Desc>\n"
+                  "      pathname:\t<Path>\n"
+                  "      args:      <Args>\n"
+                  "      iconPath:  <IconPath>\n"
+                  "      iconIndex: <IconIdx>")
               .With("LinkFile", linkPath)
               .With("Desc", link.desc)
               .With("Path", link.pathname)
@@ -89,8 +105,10 @@ void LogLinkFailure(const LinkRecord& link, const Str& linkPath) {
 
 void CreateGroupLinks(const Str& folder) {
   for (const LinkRecord& link : gLinks) {
-    Str linkPath = JoinPath(folder, link.name);
-    linkPath.Append(kLinkExtension);
+    // The ending comes first: a link without a name must not become one that lies beside the folder.
+    Str fileName(link.name);
+    fileName.Append(kLinkExtension);
+    const Str linkPath = JoinPath(folder, fileName);
     if (!CreateLinkFile(link, linkPath)) LogLinkFailure(link, linkPath);
   }
 }

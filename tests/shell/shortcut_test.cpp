@@ -222,6 +222,13 @@ TEST_F(ShortcutTest, AMissingTargetFailsInAGroupToo) {
   EXPECT_EQ(rec.Texts().size(), 2u);
 }
 
+TEST_F(ShortcutTest, ALinkWithoutANameStaysInItsGroup) {
+  Task("add_icon", " ,d,C:\\a.exe");
+  Task("add_icon_group", kGroup);
+  EXPECT_EQ(NamesIn(Group()), std::vector<std::string>{".lnk"});
+  EXPECT_FALSE(PathExists(Group() + ".lnk"));
+}
+
 TEST_F(ShortcutTest, AReadOnlyLinkIsReplaced) {
   LinkRecord link;
   link.desc = "old";
@@ -353,6 +360,11 @@ TEST_F(ShortcutTest, NamesThatLeaveTheProgramsFolderAreRefused) {
   }
   EXPECT_EQ(WithoutFirstLine(Task("remove_icon_group", "..")),
             "##ERROR:     \"..\" is no name of a program group.\n");
+}
+
+TEST_F(ShortcutTest, DotsInsideANameAreNoWayOut) {
+  EXPECT_EQ(WithoutFirstLine(Task("add_icon_group", std::string(kGroup) + "\\1..2")),
+            "Successfully created program group folder, " + Group("1..2") + ".\n");
 }
 
 TEST_F(ShortcutTest, ARefusedGroupLosesItsLinks) {
