@@ -62,6 +62,14 @@ bool MayWorkInPlace(DWORD error) {
          error == ERROR_PATH_NOT_FOUND || error == ERROR_FILENAME_EXCED_RANGE;
 }
 
+// True when the target's own room and what is free beside it take the source, although both files at once
+// did not fit.
+bool FitsOver(const char* src, const char* dest) {
+  uint32_t sourceBytes = 0, destBytes = 0, freeKB = 0;
+  return GetSize(src, sourceBytes) && sourceBytes < UINT32_MAX && GetSize(dest, destBytes) &&
+         GetFreeKB(dest, freeKB) && sourceBytes / 1024 < uint64_t{destBytes} / 1024 + freeKB;
+}
+
 }  // namespace
 
 bool Copy(const char* srcPath, const char* destPath, bool failIfExists) {
@@ -80,7 +88,7 @@ bool Copy(const char* srcPath, const char* destPath, bool failIfExists) {
       exists && (failIfExists || (attributes & FILE_ATTRIBUTE_DIRECTORY) || IsSameFile(srcPath, destPath));
   DWORD error = ERROR_BUFFER_OVERFLOW;
   if (!plain && full.MakeFull()) error = CopyBeside(srcPath, full, failIfExists);
-  if (plain || MayWorkInPlace(error)) {
+  if (plain || MayWorkInPlace(error) || (error == ERROR_DISK_FULL && FitsOver(srcPath, destPath))) {
     error = CopyFileA(srcPath, destPath, failIfExists) ? ERROR_SUCCESS : GetLastError();
   }
   SetFromSystem(error);

@@ -146,7 +146,7 @@ uint32_t MyVerInstallFile(const VersionApi& api, DWORD flags, CopyJob& job) {
   DWORD error = 0;
   DWORD result = CallInstall(api, flags, job, destName, error);
   uint32_t status = StatusOfInstall(result, result != 0 && IsWritableFile(target));
-  if (result != 0 && status != vcInUse) {
+  if (result != 0 && (result & VIF_FILEINUSE) == 0) {
     LogCode("VerInstallFile: GetLastError", error);
     constexpr DWORD kNoReason = VIF_MISMATCH | VIF_TEMPFILE;
     if ((result & VIF_MISMATCH) != 0 && (result & ~kNoReason) == 0) {

@@ -94,8 +94,9 @@ void DeleteProgramOnExit() {
   const Str batchPath = JoinPath(winDir, kBatchName);
   Str programPath;
   if (!Folders::GetModulePath(programPath)) return;
+  if (!WriteBatch(batchPath, programPath)) return;
   // The batch cannot delete a read-only or hidden file and would try for ever.
   FS::SetFileAttribute(programPath, FS::kAttrLock, false);
   FS::SetFileAttribute(programPath, FS::kAttrHidden, false);
-  if (WriteBatch(batchPath, programPath)) StartBatch(batchPath);
+  StartBatch(batchPath);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/assert_recorder.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -199,6 +200,24 @@ TEST(FioCreating, IsNotShared) {
   EXPECT_EQ(FioOpen(dir.Join("a").c_str(), fioREAD, other), fioOPEN_FAILED);
 }
 
+DWORD WINAPI NothingThere(LPCSTR) {
+  SetLastError(ERROR_FILE_NOT_FOUND);
+  return INVALID_FILE_ATTRIBUTES;
+}
+
+TEST(FioCreating, FileMadeMeanwhileIsNotTakenOver) {
+  TempDir dir;
+  const std::string path = dir.Write("a", "of another");
+  FioFile file;
+  {
+    // The look finds nothing; by the time of the creation the file is there.
+    const ImportDouble look("GetFileAttributesA", reinterpret_cast<void*>(&NothingThere));
+    EXPECT_EQ(FioCreate(path.c_str(), fioWRITE, file), fioEXISTS);
+  }
+  EXPECT_FALSE(file.handle);
+  EXPECT_EQ(dir.Read("a"), "of another");
+}
+
 TEST(FioCreating, MissingFolderIsOpenFailed) {
   TempDir dir;
   FioFile file;
@@ -324,7 +343,134 @@ TEST(FioTransfer, FailedReadAndWriteAreReportedOnceEach) {
   EXPECT_EQ(gFailures, (std::vector<bool>{false, true}));
 }
 
+// The sizes of the transfers asked of the system, and what the system answers to each after the first
+// `gGoodTransfers`.
+std::vector<DWORD> gTransfers;
+size_t gGoodTransfers = 0;
+enum class Trouble { kNone, kShort, kFull, kRefused } gTrouble = Trouble::kNone;
+decltype(&ReadFile) gReadFile = nullptr;
+decltype(&WriteFile) gWriteFile = nullptr;
+
+BOOL WINAPI RecordedRead(HANDLE file, LPVOID bytes, DWORD count, LPDWORD got, LPOVERLAPPED overlapped) {
+  gTransfers.push_back(count);
+  if (gTrouble == Trouble::kNone || gTransfers.size() <= gGoodTransfers)
+    return gReadFile(file, bytes, count, got, overlapped);
+  *got = 0;
+  SetLastError(ERROR_CRC);
+  return FALSE;
+}
+
+BOOL WINAPI RecordedWrite(HANDLE file, LPCVOID bytes, DWORD count, LPDWORD written, LPOVERLAPPED overlapped) {
+  gTransfers.push_back(count);
+  if (gTrouble == Trouble::kNone || gTransfers.size() <= gGoodTransfers)
+    return gWriteFile(file, bytes, count, written, overlapped);
+  if (gTrouble == Trouble::kShort) return gWriteFile(file, bytes, count - 1, written, overlapped);
+  *written = 0;
+  SetLastError(gTrouble == Trouble::kFull ? ERROR_DISK_FULL : ERROR_ACCESS_DENIED);
+  return FALSE;
+}
+
+// Looks on at every transfer while it lives.
+class TransferRecorder {
+ public:
+  explicit TransferRecorder(Trouble trouble = Trouble::kNone, size_t goodTransfers = 0)
+      : mRead("ReadFile", reinterpret_cast<void*>(&RecordedRead)),
+        mWrite("WriteFile", reinterpret_cast<void*>(&RecordedWrite)) {
+    gTransfers.clear();
+    gTrouble = trouble;
+    gGoodTransfers = goodTransfers;
+    gReadFile = reinterpret_cast<decltype(&ReadFile)>(mRead.Original());
+    gWriteFile = reinterpret_cast<decltype(&WriteFile)>(mWrite.Original());
+  }
+
+ private:
+  ImportDouble mRead;
+  ImportDouble mWrite;
+};
+
+TEST(FioTransfer, PiecesAreAtMostTenThousandBytes) {
+  TempDir dir;
+  FioFile file = Opened(dir.Write("a", ""), fioREADWRITE);
+  std::string bytes(25001, 'x');
+  TransferRecorder recorder;
+  EXPECT_EQ(FioWrite(file, 25001, bytes.data()), fioOK);
+  EXPECT_EQ(gTransfers, (std::vector<DWORD>{10000, 10000, 5001}));
+  EXPECT_EQ(FioSeek(file, 0), fioOK);
+  gTransfers.clear();
+  EXPECT_EQ(FioRead(file, 20000, bytes.data()), fioOK);
+  EXPECT_EQ(gTransfers, (std::vector<DWORD>{10000, 10000}));
+}
+
+TEST(FioTransfer, NothingIsBuffered) {
+  TempDir dir;
+  FioFile file = Opened(dir.Write("a", "abcdef"), fioREADWRITE);
+  TransferRecorder recorder;
+  char bytes[2];
+  EXPECT_EQ(FioRead(file, 1, bytes), fioOK);
+  EXPECT_EQ(FioWrite(file, 1, "X"), fioOK);
+  EXPECT_EQ(FioRead(file, 2, bytes), fioOK);
+  EXPECT_EQ(gTransfers, (std::vector<DWORD>{1, 1, 2}));
+}
+
+TEST(FioTransfer, ShortWriteIsAnErrorAndReported) {
+  TempDir dir;
+  FioFile file = Opened(dir.Write("a", ""), fioWRITE);
+  const std::string bytes(25000, 'x');
+  FailureRecorder failures;
+  {
+    TransferRecorder recorder(Trouble::kShort, 1);
+    EXPECT_EQ(FioWrite(file, 25000, bytes.data()), fioIO_ERROR);
+    EXPECT_EQ(gTransfers.size(), 2u) << "no further piece";
+  }
+  EXPECT_EQ(gFailures, std::vector<bool>{true});
+  EXPECT_EQ(Position(file), 19999u);
+}
+
+TEST(FioTransfer, WriteThatFailsInTheMiddleIsReportedOnce) {
+  TempDir dir;
+  FioFile file = Opened(dir.Write("a", ""), fioWRITE);
+  const std::string bytes(25000, 'x');
+  for (Trouble trouble : {Trouble::kFull, Trouble::kRefused}) {
+    FailureRecorder failures;
+    TransferRecorder recorder(trouble, 2);
+    EXPECT_EQ(FioWrite(file, 25000, bytes.data()), fioIO_ERROR);
+    EXPECT_EQ(gFailures, std::vector<bool>{true});
+  }
+}
+
+TEST(FioTransfer, ReadThatFailsInTheMiddleTellsHowMuchCame) {
+  TempDir dir;
+  FioFile file = Opened(dir.Write("a", std::string(25000, 'x')), fioREAD);
+  std::string bytes(25000, '\0');
+  FailureRecorder failures;
+  TransferRecorder recorder(Trouble::kRefused, 2);
+  uint32_t got = 0;
+  EXPECT_EQ(FioRead(file, 25000, bytes.data(), &got), fioIO_ERROR);
+  EXPECT_EQ(got, 20000u);
+  EXPECT_EQ(gFailures, std::vector<bool>{false});
+}
+
 // ---- lines ----
+
+TEST(FioLine, FailedReadIsReportedOnceAndLeavesNoText) {
+  TempDir dir;
+  FioFile file = Opened(dir.Write("a", "line\r\n"), fioREAD);
+  FailureRecorder failures;
+  TransferRecorder recorder(Trouble::kRefused);
+  char buffer[20] = "left over";
+  EXPECT_EQ(FioReadLine(file, 20, buffer), fioIO_ERROR);
+  EXPECT_STREQ(buffer, "");
+  EXPECT_EQ(gFailures, std::vector<bool>{false});
+}
+
+TEST(FioLine, ReadsNoMoreThanFitsBesideTheTerminator) {
+  TempDir dir;
+  FioFile file = Opened(dir.Write("a", std::string(700, 'x')), fioREAD);
+  TransferRecorder recorder;
+  char buffer[512];
+  EXPECT_EQ(FioReadLine(file, 512, buffer), fioOK);
+  EXPECT_EQ(gTransfers, std::vector<DWORD>{511});
+}
 
 TEST(FioLine, LastLineWithoutLineEnd) { EXPECT_EQ(Lines("one\r\ntwo"), (List{"one", "two"})); }
 
@@ -399,14 +545,17 @@ TEST(FioLine, RoomForTheEndAloneReadsNothing) {
   EXPECT_EQ(Position(file), 0u);
 }
 
-TEST(FioLine, MaximumOfZeroAsserts) {
+TEST(FioLine, MaximumOfZeroOrLessAsserts) {
   TempDir dir;
   FioFile file = Opened(dir.Write("a", "abc"), fioREAD);
-  AssertRecorder recorder;
-  char buffer[1] = {'?'};
-  EXPECT_EQ(FioReadLine(file, 0, buffer), fioEOF);
-  EXPECT_EQ(recorder.Only(), "maxlen > 0");
-  EXPECT_EQ(buffer[0], '?');
+  for (int32_t maxlen : {0, -1, INT32_MIN}) {
+    AssertRecorder recorder;
+    char buffer[1] = {'?'};
+    EXPECT_EQ(FioReadLine(file, maxlen, buffer), fioEOF);
+    EXPECT_EQ(recorder.Only(), "maxlen > 0");
+    EXPECT_EQ(buffer[0], '?');
+  }
+  EXPECT_EQ(Position(file), 0u);
 }
 
 TEST(FioLine, NulBytesInTheFileDoNoHarm) {

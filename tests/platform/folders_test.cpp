@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <shlobj.h>
+
 #include <string>
 
 #include "base/runstate.h"
@@ -105,6 +107,85 @@ TEST(Folders, ProgramFiles) {
   char expected[MAX_PATH] = "";
   GetEnvironmentVariableA("ProgramFiles", expected, sizeof expected);
   EXPECT_EQ(Text(dir), expected);
+}
+
+DWORD WINAPI NoTempPath(DWORD, LPSTR) { return 0; }
+DWORD WINAPI LongTempPath(DWORD, LPSTR) { return MAX_PATH; }
+UINT WINAPI NoFolder(LPSTR, UINT) { return 0; }
+BOOL WINAPI NoShellFolder(HWND, LPSTR, int, BOOL) { return FALSE; }
+
+TEST(Folders, TemporaryThatTheSystemDoesNotNameFails) {
+  Str dir("untouched");
+  {
+    const ImportDouble none("GetTempPathA", reinterpret_cast<void*>(&NoTempPath));
+    EXPECT_FALSE(Folders::GetTempDir(dir));
+  }
+  const ImportDouble tooLong("GetTempPathA", reinterpret_cast<void*>(&LongTempPath));
+  EXPECT_FALSE(Folders::GetTempDir(dir));
+  EXPECT_EQ(Text(dir), "untouched");
+}
+
+TEST(Folders, WindowsAndSystemThatTheSystemDoesNotNameFail) {
+  const ImportDouble windows("GetWindowsDirectoryA", reinterpret_cast<void*>(&NoFolder));
+  const ImportDouble system("GetSystemDirectoryA", reinterpret_cast<void*>(&NoFolder));
+  Str dir("untouched");
+  EXPECT_FALSE(Folders::GetWindowsDir(dir));
+  EXPECT_FALSE(Folders::GetSystemDir(dir));
+  EXPECT_EQ(Text(dir), "untouched");
+}
+
+// A shell that knows the user's own folder only.
+BOOL WINAPI UsersShellFolder(HWND, LPSTR path, int csidl, BOOL create) {
+  if (csidl != CSIDL_PROGRAMS) return FALSE;
+  lstrcpyA(path, create ? "C:\\users\\me\\Programs\\" : "not asked to create it");
+  return TRUE;
+}
+
+TEST(Folders, ProgramsFallsBackToThatOfTheUser) {
+  const ImportDouble shell("SHGetSpecialFolderPathA", reinterpret_cast<void*>(&UsersShellFolder));
+  Str dir;
+  ASSERT_TRUE(Folders::GetProgramsDir(dir));
+  EXPECT_EQ(Text(dir), "C:\\users\\me\\Programs");
+}
+
+TEST(Folders, ShellThatNamesNoFolderFails) {
+  const ImportDouble shell("SHGetSpecialFolderPathA", reinterpret_cast<void*>(&NoShellFolder));
+  Str dir("untouched");
+  EXPECT_FALSE(Folders::GetProgramsDir(dir));
+  EXPECT_FALSE(Folders::GetProgramFilesFolder(dir));
+  EXPECT_FALSE(Folders::GetUserAppDataDir(dir));
+  EXPECT_EQ(Text(dir), "untouched");
+}
+
+std::string gModulePath;
+DWORD WINAPI GivenModulePath(HMODULE, LPSTR buffer, DWORD size) {
+  // As Windows does: what does not fit is cut, and the size is the answer.
+  lstrcpynA(buffer, gModulePath.c_str(), static_cast<int>(size));
+  return static_cast<DWORD>(gModulePath.size()) < size ? static_cast<DWORD>(gModulePath.size()) : size;
+}
+
+// The program's path when the system tells `path`; "(failed)" when it is refused.
+std::string ModulePathOf(const std::string& path) {
+  const ImportDouble asking("GetModuleFileNameA", reinterpret_cast<void*>(&GivenModulePath));
+  gModulePath = path;
+  Str result("(failed)");
+  const bool known = Folders::GetModulePath(result);
+  EXPECT_EQ(known, Text(result) != "(failed)");
+  return Text(result);
+}
+
+TEST(Folders, ModulePathOf260CharactersIsTheLongest) {
+  const std::string longest = "C:\\" + std::string(257, 'x');
+  EXPECT_EQ(ModulePathOf(longest), longest);
+  EXPECT_EQ(ModulePathOf(longest + "x"), "(failed)");
+  EXPECT_EQ(ModulePathOf(longest + std::string(500, 'x')), "(failed)");
+  EXPECT_EQ(ModulePathOf(""), "(failed)");
+}
+
+TEST(Folders, ModulePathOfTheNativeKindBecomesAnOrdinaryOne) {
+  EXPECT_EQ(ModulePathOf("\\\\?\\C:\\a\\Setup.exe"), "C:\\a\\Setup.exe");
+  EXPECT_EQ(ModulePathOf("\\\\?\\UNC\\server\\share\\Setup.exe"), "\\\\server\\share\\Setup.exe");
+  EXPECT_EQ(ModulePathOf("UNC\\server\\share\\Setup.exe"), "\\\\server\\share\\Setup.exe");
 }
 
 TEST(Folders, ModulePathIsThisProgram) {

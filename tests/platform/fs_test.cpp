@@ -9,6 +9,7 @@
 #include "platform/unix_tool.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 #include "support/wait.h"
 
@@ -200,6 +201,24 @@ TEST(FSCreateDir, FailureOfAParentIsAFailure) {
   dir.Write("a", "x");
   EXPECT_FALSE(FS::CreateDir(dir.Join("a\\b\\c").c_str()));
   EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+}
+
+TEST(FSCreateDir, FolderThatTakesNoNewOneIsAnAccessError) {
+  TempDir dir;
+  const std::string folder = UnixPath(dir.MakeFolder("ro"));
+  if (folder.empty()) GTEST_SKIP() << "no way to lock a folder here";
+  const auto isLocked = [&] {
+    return (GetFileAttributesA(dir.Join("ro").c_str()) & FILE_ATTRIBUTE_READONLY) != 0;
+  };
+  ASSERT_TRUE(StartUnix("chmod 555 " + folder));
+  ASSERT_TRUE(WaitUntil(isLocked));
+  EXPECT_FALSE(FS::CreateDir(dir.Join("ro\\a").c_str()));
+  EXPECT_EQ(FS::LastError(), FS::fsErrAccess);
+  // Of a parent that cannot be made no reason is told.
+  EXPECT_FALSE(FS::CreateDir(dir.Join("ro\\a\\b").c_str()));
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+  ASSERT_TRUE(StartUnix("chmod 755 " + folder));
+  EXPECT_TRUE(WaitUntil([&] { return !isLocked(); }));
 }
 
 TEST(FSCreateDir, InvalidNameFails) {
@@ -556,6 +575,39 @@ TEST(FSCurDir, SetAndGet) {
   EXPECT_TRUE(FS::GetCurDir(now));
   EXPECT_EQ(Text(now), dir.Path());
   EXPECT_TRUE(FS::SetCurDir(former));
+}
+
+std::string gCurrent;
+DWORD WINAPI GivenCurrentDirectory(DWORD size, LPSTR buffer) {
+  if (gCurrent.size() >= size) return static_cast<DWORD>(gCurrent.size() + 1);  // the room it needs
+  lstrcpyA(buffer, gCurrent.c_str());
+  return static_cast<DWORD>(gCurrent.size());
+}
+
+TEST(FSCurDir, FolderOf259CharactersIsTheLongest) {
+  const ImportDouble asking("GetCurrentDirectoryA", reinterpret_cast<void*>(&GivenCurrentDirectory));
+  gCurrent = "C:\\" + std::string(256, 'd');
+  Str dir("untouched");
+  EXPECT_TRUE(FS::GetCurDir(dir));
+  EXPECT_EQ(Text(dir), gCurrent);
+  gCurrent += "d";
+  dir = "untouched";
+  EXPECT_FALSE(FS::GetCurDir(dir));
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+  EXPECT_EQ(Text(dir), "untouched");
+}
+
+DWORD WINAPI NoCurrentDirectory(DWORD, LPSTR) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return 0;
+}
+
+TEST(FSCurDir, GettingFailsWithTheSystemsReason) {
+  const ImportDouble asking("GetCurrentDirectoryA", reinterpret_cast<void*>(&NoCurrentDirectory));
+  Str dir("untouched");
+  EXPECT_FALSE(FS::GetCurDir(dir));
+  EXPECT_EQ(FS::LastError(), FS::fsErrAccess);
+  EXPECT_EQ(Text(dir), "untouched");
 }
 
 TEST(FSCurDir, SettingFailsWithNotFound) {

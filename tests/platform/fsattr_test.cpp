@@ -4,6 +4,7 @@
 #include "base/handle.h"
 #include "platform/fs.h"
 #include "support/assert_recorder.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -33,6 +34,14 @@ std::string UniversalText(WORD year, WORD month, WORD day, WORD hour, WORD minut
   wsprintfA(text, "%04d-%02d-%02d %02d:%02d:%02d", time.wYear, time.wMonth, time.wDay, time.wHour,
             time.wMinute, time.wSecond);
   return text;
+}
+
+TEST(FSAttribute, Values) {
+  EXPECT_EQ(FS::kAttrLock, 1u);
+  EXPECT_EQ(FS::kAttrHidden, 2u);
+  EXPECT_EQ(FS::kDateModified, 2u);
+  EXPECT_EQ(FS::kSetCreated, 1u);
+  EXPECT_EQ(FS::kSetModified, 2u);
 }
 
 TEST(FSAttribute, ReadOnlyOnAndOff) {
@@ -102,6 +111,19 @@ TEST(FSAttribute, UnknownOneAsserts) {
     EXPECT_NE(FS::LastError(), FS::fsErrNone);
     EXPECT_EQ(Attributes(file), before);
   }
+}
+
+BOOL WINAPI RefusedSetAttributes(LPCSTR, DWORD) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return FALSE;
+}
+
+TEST(FSAttribute, RefusedBySystemIsAnAccessError) {
+  TempDir dir;
+  const std::string file = dir.Write("a", "x");
+  const ImportDouble setting("SetFileAttributesA", reinterpret_cast<void*>(&RefusedSetAttributes));
+  EXPECT_FALSE(FS::SetFileAttribute(file.c_str(), FS::kAttrLock, true));
+  EXPECT_EQ(FS::LastError(), FS::fsErrAccess);
 }
 
 TEST(FSAttribute, MissingFileIsNotFound) {
@@ -184,6 +206,51 @@ TEST(FSDate, OnlyTheNamedTimesAreSet) {
   EXPECT_EQ(FileTimeText(file), before);
   ASSERT_TRUE(FS::SetDate(file.c_str(), FS::kSetCreated, TimeValue::FromFields(2005, 1, 2, 3, 4, 5)));
   EXPECT_EQ(FileTimeText(file), before);
+}
+
+bool gCreationGiven = false;
+bool gAccessGiven = false;
+bool gWriteGiven = false;
+SYSTEMTIME gCreation = {};
+
+BOOL WINAPI RecordedSetFileTime(HANDLE, const FILETIME* creation, const FILETIME* access,
+                                const FILETIME* write) {
+  gCreationGiven = creation != nullptr;
+  gAccessGiven = access != nullptr;
+  gWriteGiven = write != nullptr;
+  if (creation) FileTimeToSystemTime(creation, &gCreation);
+  return TRUE;
+}
+
+// Not every file system keeps a creation time: looked at on its way to the system.
+TEST(FSDate, CreationAndWriteTimeAreAskedForByTheirBits) {
+  TempDir dir;
+  const std::string file = dir.Write("a", "x");
+  const TimeValue time = TimeValue::FromFields(2004, 2, 29, 13, 5, 8);
+  const ImportDouble setting("SetFileTime", reinterpret_cast<void*>(&RecordedSetFileTime));
+  for (uint32_t which : {0u, 1u, 2u, 3u}) {
+    EXPECT_TRUE(FS::SetDate(file.c_str(), which, time));
+    EXPECT_EQ(gCreationGiven, (which & 1) != 0) << which;
+    EXPECT_EQ(gWriteGiven, (which & 2) != 0) << which;
+    EXPECT_FALSE(gAccessGiven) << which;
+  }
+  char text[40];
+  wsprintfA(text, "%04d-%02d-%02d %02d:%02d:%02d", gCreation.wYear, gCreation.wMonth, gCreation.wDay,
+            gCreation.wHour, gCreation.wMinute, gCreation.wSecond);
+  EXPECT_EQ(std::string(text), UniversalText(2004, 2, 29, 13, 5, 8));
+}
+
+BOOL WINAPI RefusedSetFileTime(HANDLE, const FILETIME*, const FILETIME*, const FILETIME*) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return FALSE;
+}
+
+TEST(FSDate, RefusedBySystemIsAnAccessError) {
+  TempDir dir;
+  const std::string file = dir.Write("a", "x");
+  const ImportDouble setting("SetFileTime", reinterpret_cast<void*>(&RefusedSetFileTime));
+  EXPECT_FALSE(FS::SetDate(file.c_str(), FS::kSetModified, TimeValue::FromFields(2004, 2, 29, 13, 5, 8)));
+  EXPECT_EQ(FS::LastError(), FS::fsErrAccess);
 }
 
 TEST(FSDate, InvalidTimeAssertsAndChangesNothing) {

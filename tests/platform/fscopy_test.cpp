@@ -8,6 +8,7 @@
 #include "platform/fs.h"
 #include "platform/unix_tool.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 #include "support/wait.h"
 
@@ -240,6 +241,83 @@ TEST(FSCopy, LargeFile) {
   const std::string source = dir.Write("a", bytes);
   EXPECT_TRUE(FS::Copy(source.c_str(), dir.Join("b").c_str(), false));
   EXPECT_TRUE(dir.Read("b") == bytes);
+}
+
+int gReplacements = 0;
+
+BOOL WINAPI NoReplacing(LPCSTR, LPCSTR, DWORD) {
+  ++gReplacements;
+  SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+  return FALSE;
+}
+
+TEST(FSCopy, SystemThatCannotReplaceInOneStep) {
+  TempDir dir;
+  const std::string source = dir.Write("a", "new");
+  const std::string target = dir.Write("b", "old");
+  SetFileAttributesA(target.c_str(), FILE_ATTRIBUTE_READONLY);
+  const ImportDouble moving("MoveFileExA", reinterpret_cast<void*>(&NoReplacing));
+  gReplacements = 0;
+  EXPECT_TRUE(FS::Copy(source.c_str(), target.c_str(), false));
+  EXPECT_EQ(FS::LastError(), FS::fsErrNone);
+  EXPECT_EQ(gReplacements, 1);
+  EXPECT_EQ(dir.Read("b"), "new");
+  EXPECT_TRUE(FS::Copy(source.c_str(), dir.Join("c").c_str(), false));
+  EXPECT_EQ(dir.Read("c"), "new");
+  EXPECT_EQ(NamesIn(dir.Path()), (std::vector<std::string>{"a", "b", "c"}));
+}
+
+TEST(FSCopy, SystemThatCannotReplaceInOneStepAndAHeldTarget) {
+  TempDir dir;
+  const std::string source = dir.Write("a", "new");
+  const std::string target = dir.Write("b", "old");
+  {
+    const FileHandle held = Hold(target, GENERIC_READ, FILE_SHARE_READ);
+    const ImportDouble moving("MoveFileExA", reinterpret_cast<void*>(&NoReplacing));
+    EXPECT_FALSE(FS::Copy(source.c_str(), target.c_str(), false));
+  }
+  EXPECT_EQ(dir.Read("b"), "old");
+  EXPECT_EQ(NamesIn(dir.Path()), (std::vector<std::string>{"a", "b"}));
+}
+
+// Run with the drive D: a disk of 3 MB.
+constexpr size_t kTwoMB = 2 << 20;
+
+TEST(FullDiskChild, NewFileThatDoesNotFit) {
+  TempDir dir("D:");
+  dir.Write("filler", std::string(kTwoMB, 'f'));
+  TempDir other;
+  const std::string big = other.Write("big", std::string(kTwoMB, 'b'));
+  EXPECT_FALSE(FS::Copy(big.c_str(), dir.Join("b").c_str(), false));
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+  EXPECT_EQ(NamesIn(dir.Path()), std::vector<std::string>{"filler"});
+  // The room is free again.
+  const std::string small = other.Write("small", std::string(kTwoMB / 4, 's'));
+  EXPECT_TRUE(FS::Copy(small.c_str(), dir.Join("c").c_str(), false));
+}
+
+TEST(FullDiskChild, FileThatFitsInPlaceOfItsTargetOnly) {
+  TempDir dir("D:");
+  const std::string target = dir.Write("b", std::string(kTwoMB, 'o'));
+  TempDir other;
+  const std::string bytes(kTwoMB + kTwoMB / 4, 'n');
+  const std::string source = other.Write("a", bytes);
+  EXPECT_TRUE(FS::Copy(source.c_str(), target.c_str(), false));
+  EXPECT_EQ(FS::LastError(), FS::fsErrNone);
+  EXPECT_TRUE(dir.Read("b") == bytes);
+  EXPECT_EQ(NamesIn(dir.Path()), std::vector<std::string>{"b"});
+}
+
+TEST(FullDiskChild, FileThatDoesNotEvenFitInPlaceLeavesItsTarget) {
+  TempDir dir("D:");
+  const std::string bytes(kTwoMB, 'o');
+  const std::string target = dir.Write("b", bytes);
+  TempDir other;
+  const std::string source = other.Write("a", std::string(kTwoMB * 2, 'n'));
+  EXPECT_FALSE(FS::Copy(source.c_str(), target.c_str(), false));
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+  EXPECT_TRUE(dir.Read("b") == bytes);
+  EXPECT_EQ(NamesIn(dir.Path()), std::vector<std::string>{"b"});
 }
 
 TEST(FSTempName, IsToldBeforeTheFileIsThereAndLiesBesideTheTarget) {

@@ -8,6 +8,7 @@
 #include "platform/fs.h"
 #include "support/assert_recorder.h"
 #include "support/files.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -48,6 +49,51 @@ TEST(FSUniqueTempName, WithoutFolderInTheTemporaryFolder) {
   ASSERT_TRUE(FS::GetUniqueName(nullptr, "qli", path));
   EXPECT_EQ(Text(path).substr(0, std::string(temp).size() + 3), std::string(temp) + "qli");
   EXPECT_TRUE(DeleteFileA(path));
+}
+
+DWORD WINAPI NoTempPath(DWORD, LPSTR) { return 0; }
+
+TEST(FSUniqueTempName, WithoutAnyTemporaryFolderFails) {
+  const ImportDouble none("GetTempPathA", reinterpret_cast<void*>(&NoTempPath));
+  Str path("untouched");
+  EXPECT_FALSE(FS::GetUniqueName(nullptr, "qli", path));
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+  EXPECT_EQ(Text(path), "untouched");
+}
+
+decltype(&CreateFileA) gCreateFile = nullptr;
+bool gTaken = false;
+
+// Somebody else takes the first name just before we do.
+HANDLE WINAPI CreateSecond(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                           DWORD disposition, DWORD flags, HANDLE pattern) {
+  if (disposition == CREATE_NEW && !gTaken) {
+    gTaken = true;
+    WriteWholeFile(path, "of another");
+  }
+  return gCreateFile(path, access, share, security, disposition, flags, pattern);
+}
+
+TEST(FSUniqueTempName, NameTakenMeanwhileIsLeftToItsOwner) {
+  TempDir dir;
+  Str path;
+  gTaken = false;
+  {
+    const ImportDouble creating("CreateFileA", reinterpret_cast<void*>(&CreateSecond));
+    gCreateFile = reinterpret_cast<decltype(&CreateFileA)>(creating.Original());
+    ASSERT_TRUE(FS::GetUniqueName(dir.Path().c_str(), "qli", path));
+  }
+  EXPECT_EQ(ReadWholeFile(Text(path)), "");
+  EXPECT_EQ(NamesIn(dir.Path()).size(), 2u);
+}
+
+TEST(FSUniqueTempName, PrefixIsCutToThreeCharacters) {
+  TempDir dir;
+  Str path;
+  ASSERT_TRUE(FS::GetUniqueName(dir.Path().c_str(), "xyzuvw", path));
+  const std::string name = FileNameOf(Text(path));
+  EXPECT_EQ(name.substr(0, 3), "xyz");
+  EXPECT_NE(name[3], 'u');
 }
 
 TEST(FSUniqueTempName, MissingFolderFails) {

@@ -290,6 +290,13 @@ TEST(FSPathExtension, SetChecksItsForm) {
   }
 }
 
+TEST(FSPathExtension, BadFormIsSetAllTheSame) {
+  AssertRecorder recorder;
+  EXPECT_EQ(WithExtension("arial.ttf", "fot"), "arialfot");
+  EXPECT_EQ(WithExtension("arial.ttf", "."), "arial.");
+  EXPECT_EQ(WithExtension("arial.ttf", ""), "arial");
+}
+
 // ---- display form ----
 
 TEST(FSPathShorten, PathThatFitsStays) { EXPECT_EQ(Shortened("C:\\a\\file.txt", 13), "C:\\a\\file.txt"); }
@@ -323,6 +330,11 @@ TEST(FSPathShorten, FallsBackToTheFileName) {
 TEST(FSPathShorten, CutsALongFileName) {
   EXPECT_EQ(Shortened("C:\\folder\\a-name-of-20-chars.x", 11), "a-name- ...");
   EXPECT_EQ(FSPath("C:\\folder\\a-name-of-20-chars.x").FileName().Length(), 20);
+}
+
+TEST(FSPathShorten, NothingToCollapse) {
+  EXPECT_EQ(Shortened("\\\\a-server-of-20-chars", 14), "");  // it has no file name
+  EXPECT_EQ(Shortened("a-relative-name-alone", 14), "a-relative ...");
 }
 
 TEST(FSPathShorten, ReferenceInTheSameFolderLeavesTheName) {

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <string>
+
 #include "support/assert_recorder.h"
+#include "support/import_double.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -52,6 +55,112 @@ TEST(FSFreeKB, MissingDriveFailsWithZero) {
   EXPECT_FALSE(FS::GetFreeKB("Y:\\folder", kb));
   EXPECT_EQ(kb, 0u);
   EXPECT_NE(FS::LastError(), FS::fsErrNone);
+}
+
+std::string gAskedRoot;
+DWORD gClusters[3];  // sectors per cluster, bytes per sector, free clusters
+ULONGLONG gAvailable = 0;
+
+BOOL WINAPI GivenClusters(LPCSTR root, LPDWORD sectors, LPDWORD bytes, LPDWORD freeClusters,
+                          LPDWORD clusters) {
+  gAskedRoot = root;
+  *sectors = gClusters[0];
+  *bytes = gClusters[1];
+  *freeClusters = gClusters[2];
+  *clusters = 0xFFFFFFFF;
+  return TRUE;
+}
+
+BOOL WINAPI GivenBytes(LPCSTR, PULARGE_INTEGER available, PULARGE_INTEGER total, PULARGE_INTEGER totalFree) {
+  available->QuadPart = total->QuadPart = totalFree->QuadPart = gAvailable;
+  return gAvailable != 0;
+}
+
+// The free space of a volume about which the system tells these numbers.
+uint32_t FreeKBOf(DWORD sectors, DWORD bytes, DWORD freeClusters, ULONGLONG available,
+                  const char* path = "C:\\a\\b") {
+  const ImportDouble clusterDouble("GetDiskFreeSpaceA", reinterpret_cast<void*>(&GivenClusters));
+  const ImportDouble bytesDouble("GetDiskFreeSpaceExA", reinterpret_cast<void*>(&GivenBytes));
+  gClusters[0] = sectors;
+  gClusters[1] = bytes;
+  gClusters[2] = freeClusters;
+  gAvailable = available;
+  uint32_t kb = 0;
+  EXPECT_TRUE(FS::GetFreeKB(path, kb));
+  return kb;
+}
+
+TEST(FSFreeKB, FromTheClustersOfTheVolumesRoot) {
+  EXPECT_EQ(FreeKBOf(8, 512, 1000, 0), 4000u);
+  EXPECT_EQ(gAskedRoot, "C:\\");
+  EXPECT_EQ(FreeKBOf(8, 512, 1000, 0, "\\\\server\\share\\a\\b"), 4000u);
+  EXPECT_EQ(gAskedRoot, "\\\\server\\share\\");
+}
+
+TEST(FSFreeKB, ClusterCountThatTheSystemCapsIsNotTheLimit) {
+  // 2 GB in clusters, 3 GB in bytes.
+  EXPECT_EQ(FreeKBOf(64, 512, 65535, 3ull << 30), 3u << 20);
+}
+
+// Run with a disk of 200 GB as the drive D.
+TEST(HugeDiskChild, FreeSpaceIsTrue) {
+  uint32_t kb = 0;
+  ASSERT_TRUE(FS::GetFreeKB("D:\\some\\folder", kb));
+  EXPECT_NEAR(static_cast<double>(kb), 200.0 * (1 << 20), 1024);
+}
+
+// Run with drives of these kinds.
+TEST(DriveKindsChild, EachHasItsType) {
+  const struct {
+    const char* path;
+    FS::VolumeType type;
+  } rows[] = {
+      {"C:\\a", FS::volFixed},     {"D:\\a", FS::volCDROM},   {"E:\\a", FS::volRemote},
+      {"F:\\a", FS::volRemovable}, {"G:\\a", FS::volRAMDisk}, {"H:\\a", FS::volFixed},
+  };
+  for (const auto& row : rows) {
+    FS::VolumeType type = FS::volUnknown;
+    EXPECT_TRUE(FS::GetVolumeType(row.path, type)) << row.path;
+    EXPECT_EQ(type, row.type) << row.path;
+    EXPECT_EQ(FS::LastError(), FS::fsErrNone) << row.path;
+  }
+}
+
+TEST(DriveKindsChild, DriveWithoutARootFails) {
+  FS::VolumeType type = FS::volFixed;
+  EXPECT_FALSE(FS::GetVolumeType("I:\\a", type));
+  EXPECT_EQ(type, FS::volUnknown);
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+  uint32_t kb = 1;
+  EXPECT_FALSE(FS::GetFreeKB("I:\\a", kb));
+  EXPECT_EQ(kb, 0u);
+}
+
+UINT gDriveType = 0;
+UINT WINAPI GivenDriveType(LPCSTR root) {
+  gAskedRoot = root;
+  return gDriveType;
+}
+
+TEST(FSVolumeType, IsAskedOfTheVolumesRoot) {
+  const ImportDouble asking("GetDriveTypeA", reinterpret_cast<void*>(&GivenDriveType));
+  gDriveType = DRIVE_CDROM;
+  FS::VolumeType type = FS::volUnknown;
+  EXPECT_TRUE(FS::GetVolumeType("E:\\a\\b.txt", type));
+  EXPECT_EQ(gAskedRoot, "E:\\");
+  EXPECT_EQ(type, FS::volCDROM);
+  EXPECT_TRUE(FS::GetVolumeType("\\\\server\\share\\a", type));
+  EXPECT_EQ(gAskedRoot, "\\\\server\\share\\");
+}
+
+TEST(FSVolumeType, UnknownDriveTypeOfAPathAssertsAndFails) {
+  const ImportDouble asking("GetDriveTypeA", reinterpret_cast<void*>(&GivenDriveType));
+  gDriveType = 99;
+  AssertRecorder recorder;
+  FS::VolumeType type = FS::volFixed;
+  EXPECT_FALSE(FS::GetVolumeType("C:\\", type));
+  EXPECT_EQ(recorder.Only(), "Unknown volume type.");
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
 }
 
 TEST(FSVolumeType, EveryDriveTypeOfTheSystem) {

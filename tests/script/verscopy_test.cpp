@@ -4,6 +4,7 @@
 
 #include "script/tempnotes.h"
 #include "script_fixture.h"
+#include "support/import_double.h"
 #include "support/process.h"
 #include "versioned_file.h"
 
@@ -183,6 +184,15 @@ TEST_F(FakedCopy, FailuresAreLogged) {
   EXPECT_EQ(Log(), "");
 }
 
+TEST_F(FakedCopy, AHeldDestinationIsLoggedWithTheSystemsError) {
+  gFake.installError = 32;
+  EXPECT_EQ(CopyWith(VIF_SHARINGVIOLATION | VIF_CANNOTDELETE), 0x1u);
+  EXPECT_EQ(Log(), "VerInstallFile: GetLastError 32\n");
+  // What the install function itself calls "in use" needs no reason.
+  EXPECT_EQ(CopyWith(VIF_FILEINUSE), 0x1u);
+  EXPECT_EQ(Log(), "");
+}
+
 TEST_F(FakedCopy, ACopyInUseElsewhereDoesNotCount) {
   gFake.findResult = VFF_FILEINUSE;
   gFake.curDir = "C:\\elsewhere";
@@ -306,6 +316,22 @@ TEST_F(FakedCopy, Windows9xUsesTheShortNameOfAnExistingTarget) {
   GetShortPathNameA(Prog("a long name.dll").c_str(), shortName, MAX_PATH);
   EXPECT_EQ(gFake.destFile, std::string(shortName).substr(std::string(shortName).rfind('\\') + 1));
 }
+
+DWORD WINAPI LongShortName(LPCSTR, LPSTR, DWORD) { return 261; }
+
+TEST_F(FakedCopy, Windows9xShortNamesThatDoNotFitAssert) {
+  ::Run().platformFlags = kPlatformWin9x;
+  mDir.Write("prog\\a.dll", "old");
+  const ImportDouble naming("GetShortPathNameA", reinterpret_cast<void*>(&LongShortName));
+  AssertRecorder recorder;
+  EXPECT_EQ(Copy(), 0u);
+  EXPECT_EQ(recorder.Texts(),
+            (std::vector<std::string>{"len <= Dim(shortSourceName)", "len <= Dim(shortTargetName)"}));
+  EXPECT_EQ(gFake.srcFile, "a.dll");
+  EXPECT_EQ(gFake.destFile, "a.dll");
+}
+
+BOOL WINAPI RefusedMove(LPCSTR, LPCSTR) { return FALSE; }
 
 // The real install functions.
 class RealCopy : public ScriptTest {
@@ -445,6 +471,15 @@ TEST_F(RealCopy, Windows9xMovesTheTemporaryFileToItsLongName) {
   EXPECT_EQ(
       VersionCopy(Dist("a long source name.txt").c_str(), Prog("a long target name.txt").c_str(), false), 0u);
   EXPECT_EQ(NamesIn(mDir.Join("prog")).size(), 1u);
+}
+
+TEST_F(RealCopy, Windows9xAssertsWhenTheTemporaryFileCannotBeMoved) {
+  ::Run().platformFlags = kPlatformWin9x;
+  mDir.Write("dist\\a.txt", "new");
+  const ImportDouble moving("MoveFileA", reinterpret_cast<void*>(&RefusedMove));
+  AssertRecorder recorder;
+  EXPECT_EQ(VersionCopy(Dist("a.txt").c_str(), Prog("a long target name.txt").c_str(), false), 0u);
+  EXPECT_EQ(recorder.Only(), "MoveFileA(sourceRename,targetRename)");
 }
 
 TEST_F(RealCopy, Windows9xDeletesTheTemporaryFileAfterAFailure) {

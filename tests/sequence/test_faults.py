@@ -51,7 +51,11 @@ class Disks(SetupTest):
         code, names = self.install_on(1 << 20, before="head -c 1048576 /dev/zero >full 2>/dev/null || true")
         # Not even the configuration file can be written.
         self.assertEqual(code, 11)
-        self.assert_logged("ne peut pas écrire le fichier de configuration dans D:\\Produit.")
+        setup = "Installation de Veltrane 6.0c"
+        self.assert_logged(
+            "\nQuorvale internal error: #0x2b03\n   Une erreur est survenue. %s ne peut pas écrire le fichier. Votre "
+            "disque dur est peut-être plein. %s va continuer.\n" % (setup, setup),
+            "ne peut pas écrire le fichier de configuration dans D:\\Produit.")
         self.assertNotIn("Produit/a.txt", names)
 
     def test_disk_that_is_nearly_too_small_is_only_a_question(self):
