@@ -24,8 +24,8 @@ import benchlib
 REPO = benchlib.REPO
 BUILD = os.path.join(REPO, "build")
 PIECE = 100           # tests of one program that share a prefix
-STALL = 120           # seconds without any output after which a test counts as hanging
-PYTHON_TEST = 300     # seconds that one Python test may take
+STALL = 300           # seconds without any output after which a test counts as hanging
+PYTHON_TEST = 900     # seconds that one Python test may take
 FUZZ_SECONDS = int(os.environ.get("VELTRANE_FUZZ_SECONDS", "60"))  # over all targets
 
 # Suites that other tests run in circumstances of their own: a child process, a double-byte code page.
