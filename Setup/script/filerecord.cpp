@@ -5,9 +5,10 @@
 
 namespace {
 
+constexpr std::string_view kBlanks = " \t";
+
 // The text up to the next comma; blanks around it do not count.
 std::string_view TakeField(std::string_view& text) {
-  constexpr std::string_view kBlanks = " \t";
   const size_t comma = text.find(',');
   std::string_view field = text.substr(0, comma);
   text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
@@ -37,24 +38,24 @@ bool SplitBeforeExpanding(std::string_view raw, std::string_view expanded) {
   return CountRecordFields(raw) == 4 && CountRecordFields(expanded) > 4;
 }
 
-int32_t ParseRecordNumber(std::string_view text) {
-  const size_t start = text.find_first_not_of(" \t");
+int64_t ParseRecordNumber(std::string_view text) {
+  const size_t start = text.find_first_not_of(kBlanks);
   if (start == std::string_view::npos) return 0;
   text.remove_prefix(start);
   const bool negative = text.front() == '-';
   if (negative || text.front() == '+') text.remove_prefix(1);
-  const int64_t limit = static_cast<int64_t>(std::numeric_limits<int32_t>::max()) + (negative ? 1 : 0);
+  constexpr int64_t kLowest = std::numeric_limits<int32_t>::min();
+  const int64_t limit = negative ? -kLowest : static_cast<int64_t>(std::numeric_limits<uint32_t>::max());
   int64_t value = 0;
   for (const char ch : text) {
     if (ch < '0' || ch > '9') break;
     value = value * 10 + (ch - '0');
     if (value > limit) value = limit;
   }
-  return static_cast<int32_t>(negative ? -value : value);
+  return negative ? -value : value;
 }
 
 bool IsRecordNumber(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
   const size_t start = text.find_first_not_of(kBlanks);
   if (start == std::string_view::npos) return false;
   text = text.substr(start, text.find_last_not_of(kBlanks) + 1 - start);
@@ -62,7 +63,7 @@ bool IsRecordNumber(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-std::string WithRecordSize(std::string_view record, int32_t size) {
+std::string WithRecordSize(std::string_view record, int64_t size) {
   const size_t comma = record.rfind(',');
   std::string result(record.substr(0, comma == std::string_view::npos ? 0 : comma + 1));
   result += std::to_string(size);
@@ -93,6 +94,7 @@ RecordDest SplitRecordDest(std::string_view dest, PathText::LeadByteTest lead) {
     else
       break;
   }
+  dest.remove_prefix(std::min(dest.find_first_not_of(kBlanks), dest.size()));
   SplitPathText(dest, lead, result.dir, result.name);
   return result;
 }

@@ -22,12 +22,13 @@ size_t CountRecordFields(std::string_view text);
 // record has exactly four fields and the expanded one more, so that each raw field must be expanded by
 // itself.
 [[nodiscard]] bool SplitBeforeExpanding(std::string_view raw, std::string_view expanded);
-// Base-10 integer at the start of the text (blanks and a sign allowed, the rest ignored), limited to 32 bits.
-int32_t ParseRecordNumber(std::string_view text);
+// Base-10 integer at the start of the text (blanks and a sign allowed, the rest ignored), limited to what 32
+// bits hold with a sign or without.
+int64_t ParseRecordNumber(std::string_view text);
 // Whether the text is such a number and nothing more (blanks around it allowed).
 bool IsRecordNumber(std::string_view text);
 // The record with everything behind its last comma replaced by `size`.
-std::string WithRecordSize(std::string_view record, int32_t size);
+std::string WithRecordSize(std::string_view record, int64_t size);
 
 // Splits a path at its last backslash. `dir` comes without trailing backslash, except a drive's root, and is
 // empty when there is none; `name` is empty when the path ends in a backslash.

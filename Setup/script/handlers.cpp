@@ -28,7 +28,7 @@ bool KeepExistingFile(const RecordDest& dest, const Str& path) {
 }  // namespace
 
 int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, const char* dest,
-                            int32_t& size, void* /*context*/) {
+                            int64_t& size, void* /*context*/) {
   if (!VT_ASSERT(disk != 0, "disk != 0"))
     LogScriptError(
         Message("The record of the file \"<key>\" names disk 0.", kTemplateLiteral).With("key", key));
@@ -53,7 +53,7 @@ int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, c
     LogScriptError(
         Message("The record of the file \"<key>\" has the size <Size:d>; it counts as 0.", kTemplateLiteral)
             .With("key", key)
-            .With("Size", size));
+            .With("Size", static_cast<int32_t>(size)));
   AddFile(destName, destDir, JoinPath(srcDir, source), disk, static_cast<uint32_t>(size < 0 ? 0 : size),
           target.hidden);
   return 1;

@@ -18,6 +18,18 @@ bool HasShellExtension(const RegPlace& place) {
   return RegKeyOrValueExists(path, nullptr);
 }
 
+// Numbers and texts too long to be compared: somebody's value all the same.
+bool HoldsOtherData(const RegPlace& place) {
+  KeyHandle key;
+  DWORD type = REG_NONE;
+  DWORD size = 0;
+  if (RegOpenKeyExA(place.root, place.keyPath, 0, KEY_READ, key.Put()) != ERROR_SUCCESS ||
+      RegQueryValueExA(key.Get(), place.valueName, nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
+    return false;
+  const bool isText = type == REG_SZ || type == REG_EXPAND_SZ;
+  return size > (isText ? 1u : 0u);
+}
+
 bool SetText(const RegPlace& place, const char* text) {
   KeyHandle key;
   if (RegCreateKeyExA(place.root, place.keyPath, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
@@ -52,6 +64,7 @@ bool ParseRegPlace(const char* text, RegPlace& place) {
 
 RegAddResult AddValueUnlessClaimed(const RegPlace& place, const char* text) {
   const int32_t present = RegValueContains(place.root, place.keyPath, place.valueName, text, nullptr);
+  if (present == kRegMissing && HoldsOtherData(place)) return RegAddResult::kForeignValue;
   if (present == kRegMissing && HasShellExtension(place)) return RegAddResult::kShellExtension;
   if (present == kRegOther &&
       RegValueContains(place.root, place.keyPath, place.valueName, kOwnMark, nullptr) != kRegContains)

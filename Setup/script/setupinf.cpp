@@ -1,5 +1,7 @@
 #include "script/setupinf.h"
 
+#include <algorithm>
+#include <limits>
 #include <string>
 
 #include "base/assert.h"
@@ -31,6 +33,11 @@ struct FileRecordTexts {
 void ExpandField(const VarList& variables, std::string_view field, Str& out) {
   out = field;
   variables.Expand(out);
+}
+
+int32_t ParseDisk(std::string_view text) {
+  constexpr int64_t kLargest = std::numeric_limits<int32_t>::max();
+  return static_cast<int32_t>(std::min(ParseRecordNumber(text), kLargest));
 }
 
 // Splits the expanded record, or, when a variable's value brought commas of its own, the raw one.
@@ -229,10 +236,10 @@ InfResult SetupScript::DoFileLine(const char* key, const InfHandlers& handlers, 
             .With("key", key)
             .With("Place", Place())
             .With("record", texts.size));
-  int32_t size = ParseRecordNumber(texts.size.View());
-  const int32_t oldSize = size;
-  const int32_t returned =
-      handlers.fileProc(key, ParseRecordNumber(texts.disk.View()), texts.source, texts.dest, size, context);
+  int64_t size = ParseRecordNumber(texts.size.View());
+  const int64_t oldSize = size;
+  const int32_t disk = ParseDisk(texts.disk.View());
+  const int32_t returned = handlers.fileProc(key, disk, texts.source, texts.dest, size, context);
   if (size != oldSize && !mReadOnly) {
     // The handler may have moved the store.
     if (!IniFindSection(mStore.get(), kFilesSection) ||

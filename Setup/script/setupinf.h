@@ -18,7 +18,7 @@ enum InfResult : uint32_t {
 
 // Handlers return non-zero for success. An absent one skips its lines with success.
 struct InfHandlers {
-  int32_t (*fileProc)(const char* key, int32_t disk, const char* source, const char* dest, int32_t& size,
+  int32_t (*fileProc)(const char* key, int32_t disk, const char* source, const char* dest, int64_t& size,
                       void* context) = nullptr;
   int32_t (*taskProc)(const char* key, const char* args, void* context) = nullptr;
   int32_t (*registryProc)(const char* key, const char* value, void* context) = nullptr;
@@ -61,7 +61,7 @@ SetupScript& Script();
 
 // The standard handlers; each returns 1. The file handler adds to the file list of files.h.
 int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, const char* dest,
-                            int32_t& size, void* context);
+                            int64_t& size, void* context);
 int32_t RegistryLineHandler(const char* key, const char* value, void* context);
 int32_t VariableHandler(const char* name, const char* value, void* context);
 

@@ -53,9 +53,10 @@ void RunOperation(const char* task, const Operation& operation, const Str& arg1,
 
 int32_t Task_file_sys(const char* name, const char* args, void* data) {
   std::vector<Str> fields;
-  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
-  const Operation* operation = FindOperation(fields[0]);
+  if (!TaskActsNow(name, args, data)) return 1;
+  (void)TaskArgs(name, args, 1, fields);  // no operation at all is an unknown one
   fields.resize(3);
+  const Operation* operation = FindOperation(fields[0]);
   if (operation != nullptr)
     RunOperation(name, *operation, fields[1], fields[2]);
   else
@@ -82,7 +83,8 @@ int32_t Task_dir_del(const char* name, const char* args, void* data) {
 
 int32_t Task_file_inst(const char* name, const char* args, void* data) {
   std::vector<Str> fields;
-  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 2, fields)) return 1;
+  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
+  fields.resize(2);  // without a destination the file goes where Windows keeps shared files
   LogLine(Message("    Installing <Source> to <Dest>.", kTemplateLiteral)
               .With("Source", fields[0])
               .With("Dest", fields[1]));

@@ -56,8 +56,8 @@ int32_t Task_notify_message(const char* name, const char* args, void* data) {
 
 int32_t Task_ask_view_readme(const char* name, const char* args, void* data) {
   std::vector<Str> fields;
-  if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
-  const bool on = IsOn(fields[0]);
+  if (!TaskActsNow(name, args, data)) return 1;
+  const bool on = TaskArgs(name, args, 1, fields) && IsOn(fields[0]);
   AppSetBool("ViewReadMeDlg", on);
   if (!on) return 1;
   if (fields.size() < 2) {

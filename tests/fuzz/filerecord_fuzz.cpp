@@ -37,7 +37,7 @@ void CheckRecord(std::string_view text) {
   const size_t count = CountRecordFields(text);
   Require(!whole || count >= 4);
   Require(!SplitBeforeExpanding(text, text));
-  const int32_t number = ParseRecordNumber(text);
+  const int64_t number = ParseRecordNumber(text);
   Require(ParseRecordNumber(std::to_string(number)) == number);
   const std::string changed = WithRecordSize(text, number);
   Require(CountRecordFields(changed) == count);

@@ -76,8 +76,10 @@ TEST(FileRecord, TextsThatAreNoNumbersAreZero) {
 
 TEST(FileRecord, NumbersAreLimitedTo32Bits) {
   EXPECT_EQ(ParseRecordNumber("2147483647"), 2147483647);
-  EXPECT_EQ(ParseRecordNumber("2147483648"), 2147483647);
-  EXPECT_EQ(ParseRecordNumber("99999999999999999999999999"), 2147483647);
+  EXPECT_EQ(ParseRecordNumber("2147483648"), 2147483648);
+  EXPECT_EQ(ParseRecordNumber("4294967295"), 4294967295);
+  EXPECT_EQ(ParseRecordNumber("4294967296"), 4294967295);
+  EXPECT_EQ(ParseRecordNumber("99999999999999999999999999"), 4294967295);
   EXPECT_EQ(ParseRecordNumber("-2147483648"), INT32_MIN);
   EXPECT_EQ(ParseRecordNumber("-99999999999999999999999999"), INT32_MIN);
 }
@@ -102,6 +104,13 @@ TEST(FileRecord, DestinationPrefixesComeInAnyOrderAndNumber) {
     EXPECT_EQ(dest.dir, "C:\\d") << text;
     EXPECT_EQ(dest.name, "n.x") << text;
   }
+}
+
+TEST(FileRecord, BlanksBehindThePrefixesDoNotCount) {
+  const RecordDest dest = SplitRecordDest("*? \tC:\\d\\n", nullptr);
+  EXPECT_TRUE(dest.hidden && dest.keepExisting);
+  EXPECT_EQ(dest.dir, "C:\\d");
+  EXPECT_EQ(SplitRecordDest("* ", nullptr).name, "");
 }
 
 TEST(FileRecord, EachPrefixAloneSetsItsFlag) {

@@ -7,7 +7,7 @@ constexpr char kKey[] = "Software\\VeltraneTest";
 
 class FileHandler : public ScriptTest {
  protected:
-  int32_t Call(const std::string& dest, int32_t disk = 1, int32_t size = 10,
+  int32_t Call(const std::string& dest, int32_t disk = 1, int64_t size = 10,
                const char* source = "sub\\a.txt") {
     return StandardFileHandler("Key", disk, source, dest.c_str(), size, nullptr);
   }
@@ -86,6 +86,12 @@ TEST_F(FileHandler, ADestinationWithoutAFolderIsListedAsItIs) {
   ASSERT_EQ(GetNumFiles(), 1);
   EXPECT_STREQ(GetFileRec(0).destDir, "");
   EXPECT_EQ(Log(), "##ERROR: The record of the file \"Key\" names no destination folder.\n");
+}
+
+TEST_F(FileHandler, ASizeBeyond2GBIsKept) {
+  EXPECT_EQ(Call(Prog("a.txt"), 1, 4000000000), 1);
+  EXPECT_EQ(GetFileRec(0).size, 4000000000u);
+  EXPECT_EQ(TotalFileSize(), 4000000000u);
 }
 
 TEST_F(FileHandler, ANegativeSizeCountsAsZero) {

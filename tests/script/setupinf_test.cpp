@@ -9,7 +9,7 @@ int32_t gResult = 1;
 int32_t gNewSize = -1;
 void (*gDuringCall)(const char* key) = nullptr;
 
-int32_t OnFile(const char* key, int32_t disk, const char* source, const char* dest, int32_t& size,
+int32_t OnFile(const char* key, int32_t disk, const char* source, const char* dest, int64_t& size,
                void* context) {
   gCalls.push_back("file " + std::string(key) + "|" + std::to_string(disk) + "|" + source + "|" + dest + "|" +
                    std::to_string(size) + (context != nullptr ? "|context" : ""));
@@ -320,6 +320,12 @@ TEST_F(SetupInf, RecordNumbersThatAreNoneAreZero) {
       Log(),
       "DoFileLine: the size \"size\" of the file \"Name\" is no number. In Setup.inf: section \"main\", line "
       "\"Name\".\n");
+}
+
+TEST_F(SetupInf, SizesBeyond2GBAreHandedOver) {
+  OpenScript("[main]\nName\n[files]\nName=4294967296,a,C:\\d\\a,4294967295\n");
+  EXPECT_EQ(RunMain(), kInfOK);
+  EXPECT_EQ(gCalls, (Calls{"file Name|2147483647|a|C:\\d\\a|4294967295"}));
 }
 
 TEST_F(SetupInf, AFolderWithACommaStaysOneField) {

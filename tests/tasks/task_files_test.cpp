@@ -2,6 +2,8 @@
 #include "script/fullpath.h"
 #include "script/script_fixture.h"
 #include "script/versioned_file.h"
+#include "support/files.h"
+#include "support/library_maker.h"
 #include "tasks/infproc.h"
 #include "tasks/tasks.h"
 
@@ -148,7 +150,9 @@ TEST_F(FileTasks, MissingPathsAssert) {
 
 TEST_F(FileTasks, NoOperationIsUnknown) {
   FileSys("");
-  EXPECT_EQ(Log(), "The arguments for the task file_sys in Setup.inf are unknown.\n");
+  EXPECT_EQ(Log(),
+            "The arguments for the task file_sys in Setup.inf are unknown.\n"
+            "    Task_file_sys: unrecognized file system operation \"\".\n");
 }
 
 TEST_F(FileTasks, SurplusArgumentsAreIgnored) {
@@ -254,8 +258,25 @@ TEST_F(FileTasks, FileInstActsInEveryPass) {
 TEST_F(FileTasks, FileInstSucceedsWhateverHappens) {
   Call(Task_file_inst, "file_inst", Dist("gone") + "," + Prog("a.txt"));
   EXPECT_TRUE(Holds(Log(), "VerInstallFile: GetLastError"));
-  Call(Task_file_inst, "file_inst", Dist("only"));
+  Call(Task_file_inst, "file_inst", "");
   EXPECT_EQ(Log(), "The arguments for the task file_inst in Setup.inf are unknown.\n");
+}
+
+TEST_F(FileTasks, FileInstIntoAFolderTakesTheExpandedName) {
+  mDir.Write("dist\\vtinst.dl_", MakeLzFile("expanded", 'l'));
+  Call(Task_file_inst, "file_inst", Dist("vtinst.dl_") + "," + mDir.Join("prog") + "\\");
+  EXPECT_EQ(mDir.Read("prog\\vtinst.dll"), "expanded");
+}
+
+TEST_F(FileTasks, FileInstWithoutADestinationInstallsAmongTheSharedFiles) {
+  char system[MAX_PATH] = "";
+  GetSystemDirectoryA(system, MAX_PATH);
+  const std::string installed = std::string(system) + "\\vtinst.dll";
+  mDir.Write("dist\\vtinst.dl_", MakeLzFile("expanded", 'l'));
+  Call(Task_file_inst, "file_inst", Dist("vtinst.dl_"));
+  EXPECT_EQ(Log(), "    Installing " + Dist("vtinst.dl_") + " to .\n");
+  EXPECT_EQ(ReadWholeFile(installed), "expanded");
+  DeleteFileA(installed.c_str());
 }
 
 TEST_F(FileTasks, PathsAreComparedAsPlaces) {

@@ -110,6 +110,7 @@ TEST_F(MiscTasks, AReadmeWithoutAPathIsUnknown) {
   EXPECT_FALSE(AppVariableExists("ViewReadMePath"));
   EXPECT_EQ(Log(), "The arguments for the task ask_view_readme in Setup.inf are unknown.\n");
   Readme("");
+  EXPECT_EQ(AppGetExpanded("ViewReadMeDlg"), "0");
   EXPECT_EQ(Log(), "The arguments for the task ask_view_readme in Setup.inf are unknown.\n");
 }
 

@@ -68,6 +68,19 @@ TEST_F(RegistryTasks, AddLeavesAnotherOwnersValue) {
   EXPECT_EQ(Log(), mStatus);
 }
 
+TEST_F(RegistryTasks, AddLeavesANumber) {
+  SetRegistryDword(HKEY_CURRENT_USER, std::string(kKey) + "\\A", "Name", 0);
+  Add(mRoot + "A\\Name,data");
+  EXPECT_EQ(RegistryDword(HKEY_CURRENT_USER, std::string(kKey) + "\\A", "Name"), 0u);
+}
+
+TEST_F(RegistryTasks, AddLeavesATextTooLongToCompare) {
+  const std::string text(2000, 'x');
+  SetValue("\\A", "Name", text);
+  Add(mRoot + "A\\Name,data");
+  EXPECT_EQ(Value("\\A", "Name"), text);
+}
+
 TEST_F(RegistryTasks, AddReplacesTheLiteralMark) {
   SetValue("\\A", "Name", "before <ProgID> behind");
   Add(mRoot + "A\\Name,data");
