@@ -9,10 +9,10 @@
 #include "base/assert.h"
 #include "base/fatal.h"
 #include "base/string.h"
+#include "base/strroom.h"
 
 namespace {
 
-constexpr int32_t kGrowStep = 100;
 constexpr int32_t kFormatSize = 2000;  // formatted texts stay below this many characters
 
 // Shared by all strings that own no memory; never written, never freed.
@@ -159,9 +159,8 @@ int32_t Str::Length(const char* text) {
 bool Str::Equal(const char* a, const char* b) { return ViewOf(a) == ViewOf(b); }
 
 std::unique_ptr<char[]> Str::Reserve(int64_t needed) {
-  VT_ASSERT(needed >= 0, "needed >= 0");
-  if (needed <= mCapacity) return nullptr;
-  const int64_t capacity = (needed + kGrowStep - 1) / kGrowStep * kGrowStep;
+  const int64_t capacity = CapacityFor(needed);
+  if (capacity <= mCapacity) return nullptr;
   if (capacity > std::numeric_limits<int32_t>::max()) StopForMemory(MemError::kAlloc);
 
   char* const buffer = new char[static_cast<size_t>(capacity)];

@@ -8,11 +8,11 @@
 
 #include "base/assert.h"
 #include "base/fatal.h"
+#include "base/strroom.h"
 #include "base/utf8.h"
 
 namespace {
 
-constexpr int32_t kGrowStep = 100;
 constexpr int32_t kFormatSize = 2000;  // formatted texts stay below this many units, less one
 constexpr size_t kFormatLimit = 1 << 20;
 
@@ -139,9 +139,8 @@ int32_t WStr::Length(const wchar_t* text) {
 }
 
 std::unique_ptr<wchar_t[]> WStr::Reserve(int64_t needed) {
-  VT_ASSERT(needed >= 0, "needed >= 0");
-  if (needed <= mCapacity) return nullptr;
-  const int64_t capacity = (needed + kGrowStep - 1) / kGrowStep * kGrowStep;
+  const int64_t capacity = CapacityFor(needed);
+  if (capacity <= mCapacity) return nullptr;
   if (capacity > std::numeric_limits<int32_t>::max() / int64_t{sizeof(wchar_t)})
     StopForMemory(MemError::kAlloc);
 

@@ -62,7 +62,9 @@ void WStr::Append(const wchar_t* text, int32_t count) {
 
 void WStr::Append(wchar_t ch, int32_t times) {
   CheckUnlocked();
-  if (times > 0 && ch != L'\0') InsertText(std::wstring(static_cast<size_t>(times), ch), mLen);
+  if (times == 0 || ch == L'\0') return;
+  Reserve(int64_t{mLen} + times + 1);  // reports a count so far below nothing that no text would be left
+  if (times > 0) InsertText(std::wstring(static_cast<size_t>(times), ch), mLen);
 }
 
 void WStr::Prepend(const wchar_t* text, int32_t count) {
@@ -111,12 +113,11 @@ void WStr::Delete(int32_t pos, int32_t count) {
   VT_ASSERT(count >= -1, "count >= -1");
   VT_ASSERT(count == -1 || int64_t{pos} + count <= mLen, "count == -1 || (pos + count) <= mLen");
   if (pos < 0 || pos >= mLen || count < -1) return;
-  const int32_t rest = mLen - pos;
-  const int32_t removed = count == -1 ? rest : std::min(count, rest);
-  const int32_t moveSize = rest - removed;
-  if (!VT_ASSERT(moveSize >= 0, "moveSize>=0")) return;
-  std::wmemmove(mCharP + pos, mCharP + pos + removed, static_cast<size_t>(moveSize) + 1);
-  mLen -= removed;
+  const int64_t moveSize = count == -1 ? 0 : int64_t{mLen} - pos - count;
+  VT_ASSERT(moveSize >= 0, "moveSize>=0");
+  const auto kept = static_cast<int32_t>(std::max<int64_t>(moveSize, 0));
+  std::wmemmove(mCharP + pos, mCharP + mLen - kept, static_cast<size_t>(kept) + 1);
+  mLen = pos + kept;
 }
 
 void WStr::Insert(const wchar_t* text, int32_t pos) {

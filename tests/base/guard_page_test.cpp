@@ -1,5 +1,5 @@
-// Formatting and editing with every buffer placed right before an unreadable page: one byte too many ends the
-// test.
+// Arrays out of an allocator of the test's own: with every buffer placed right before an unreadable page,
+// where one byte too many ends the test, and without any memory left.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/mem.h"
 #include "base/str.h"
 #include "base/string.h"
 #include "support/assert_recorder.h"
@@ -15,6 +16,7 @@
 namespace {
 
 bool gGuard = false;
+bool gExhausted = false;
 
 constexpr size_t kPage = 4096;
 constexpr size_t kMark = 0x67756172;
@@ -57,13 +59,28 @@ class GuardScope {
   ~GuardScope() { gGuard = false; }
 };
 
+class NoMemoryScope {
+ public:
+  NoMemoryScope() { gExhausted = true; }
+  ~NoMemoryScope() { gExhausted = false; }
+};
+
 }  // namespace
 
 void* operator new[](size_t size) {
+  if (gExhausted) throw std::bad_alloc();
   if (gGuard) return AllocateGuarded(size);
   void* const block = std::malloc(size > 0 ? size : 1);
   if (block == nullptr) throw std::bad_alloc();
   return block;
+}
+
+void* operator new[](size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new[](size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 void operator delete[](void* block) noexcept {
@@ -196,6 +213,42 @@ TEST(GuardPage, Conversions) {
     ASSERT_EQ(wcslen(wideBuffer.get()), expected);
     ASSERT_EQ(strlen(narrowBuffer.get()), expected);
   }
+}
+
+TEST(NoMemory, AllocatingConversionsGiveNull) {
+  const NoMemoryScope noMemory;
+  EXPECT_EQ(AnsiToWide("abc"), nullptr);
+  EXPECT_EQ(WideToAnsi(L"abc"), nullptr);
+}
+
+TEST(NoMemory, ConversionsIntoAShortBufferAreTerminated) {
+  wchar_t wide[4] = L"###";
+  char narrow[4] = "###";
+  {
+    const NoMemoryScope noMemory;
+    AnsiToWide("abcdef", wide, 4);
+    WideToAnsi(L"abcdef", narrow, 4);
+  }
+  EXPECT_LT(wcslen(wide), 4u);
+  EXPECT_LT(strlen(narrow), 4u);
+}
+
+TEST(NoMemory, AHeapCopyOfABlockRaisesTheAllocationCode) {
+  MemHandle mem("abc", 3u);
+  uint32_t code = 0;
+  try {
+    const NoMemoryScope noMemory;
+    mem.ToHeap();
+  } catch (const MemError& error) {
+    code = error.code;
+  }
+  EXPECT_EQ(code, 0x8004020bu);
+  EXPECT_EQ(mem.GetLockCount(), 0);
+}
+
+TEST(NoMemory, AnOrdinaryBlockCannotBeHad) {
+  const NoMemoryScope noMemory;
+  EXPECT_FALSE(MemoryAvailable(1));
 }
 
 }  // namespace

@@ -253,6 +253,47 @@ TEST_F(MemHandleTest, ADiscardedBlockCannotBeLocked) {
   }
 }
 
+TEST_F(MemHandleTest, EveryUseOfADiscardedBlockRaisesTheLockCode) {
+  using Operation = void (*)(MemHandle&);
+  const Operation operations[] = {
+      [](MemHandle& m) {
+        char byte = 0;
+        m.Read(0, 1, &byte);
+      },
+      [](MemHandle& m) { m.Write(0, 1, "x"); },
+      [](MemHandle& m) { m.ToHeap(); },
+      [](MemHandle& m) { MemHandle copy(m); },
+      [](MemHandle& m) {
+        MemHandle assigned;
+        assigned = m;
+      },
+  };
+  MemHandle mem(10);
+  ASSERT_NE(GlobalReAlloc(mem.Handle(), 0, GMEM_MOVEABLE), nullptr);
+  int index = 0;
+  for (const Operation operation : operations) {
+    SCOPED_TRACE(index++);
+    uint32_t code = 0;
+    try {
+      operation(mem);
+    } catch (const MemError& error) {
+      code = error.code;
+    }
+    EXPECT_EQ(code, 0x80040280u);
+    EXPECT_EQ(MemHandle::LiveCount(), mLiveBefore + 1);
+  }
+}
+
+TEST_F(MemHandleTest, ALockedBlockKeepsItsPlaceAndCountWhenResized) {
+  MemHandle mem("abc", 3u);
+  mem.Lock();
+  mem.Resize(2);
+  EXPECT_EQ(mem.GetLockCount(), 1);
+  EXPECT_EQ(mem.Size(), 2u);
+  mem.Unlock();
+  EXPECT_EQ(Contents(mem), "ab");
+}
+
 TEST_F(MemHandleTest, OperationsOfAnEmptyOneAssert) {
   MemHandle mem;
   AssertRecorder recorder;

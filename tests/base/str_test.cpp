@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/hooks.h"
+#include "base/strroom.h"
 #include "support/assert_recorder.h"
 
 namespace {
@@ -167,6 +167,23 @@ TEST(Str, AssignmentFromWideTextLocksTwiceItsLength) {
   EXPECT_EQ(text.Capacity(), 200);  // 2 x 60 + 1, rounded up
 }
 
+TEST(Str, AssignmentFromNullWideTextAssertsAndIsEmpty) {
+  Str text("old");
+  AssertRecorder recorder;
+  text = static_cast<const wchar_t*>(nullptr);
+  EXPECT_EQ(recorder.Only(), "cp");
+  EXPECT_STREQ(text.Chars(), "");
+  EXPECT_EQ(text.Length(), 0);
+}
+
+TEST(Str, AssignmentFromNullAssertsAndIsEmpty) {
+  Str text("old");
+  AssertRecorder recorder;
+  text = static_cast<const char*>(nullptr);
+  EXPECT_EQ(recorder.Only(), "cp");
+  EXPECT_STREQ(text.Chars(), "");
+}
+
 TEST(Str, DestructionWhileLockedAsserts) {
   AssertRecorder recorder;
   {
@@ -284,6 +301,45 @@ TEST(Str, CapacityIsRoundedUpToHundreds) {
     text.Unlock();
     EXPECT_EQ(text.Capacity(), row.capacity) << row.size;
   }
+}
+
+TEST(StrRoom, IsAWholeNumberOfHundreds) {
+  const struct {
+    int64_t needed;
+    int64_t capacity;
+  } rows[] = {{0, 0}, {1, 100}, {100, 100}, {101, 200}, {INT32_MAX, int64_t{INT32_MAX} + 53}};
+  for (const auto& row : rows) EXPECT_EQ(CapacityFor(row.needed), row.capacity) << row.needed;
+}
+
+TEST(StrRoom, ANegativeNeedAssertsAndTakesNothing) {
+  for (const int64_t needed : {int64_t{-1}, int64_t{INT32_MIN} * 2}) {
+    AssertRecorder recorder;
+    EXPECT_EQ(CapacityFor(needed), 0);
+    EXPECT_EQ(recorder.Only(), "needed >= 0");
+  }
+}
+
+TEST(Str, CapacityNeverShrinks) {
+  Str text(Xs(250).c_str());
+  text.Delete(0, -1);
+  EXPECT_EQ(text.Capacity(), 300);
+  text.Lock(1);
+  text.Unlock();
+  text.SetSubstring("abc", 0, 1);
+  text.Format("%s", "x");
+  EXPECT_EQ(text.Capacity(), 2000);
+  text.TrimRight();
+  text = "a";
+  EXPECT_EQ(text.Capacity(), 2000);
+}
+
+TEST(Str, GrowingKeepsTheText) {
+  Str text("abc");
+  text.Lock(5000);
+  text.Unlock();
+  EXPECT_STREQ(text.Chars(), "abc");
+  text.Append(Xs(6000).c_str());
+  EXPECT_EQ(text.View(), "abc" + Xs(6000));
 }
 
 TEST(Str, RepeatedAppendsReallocateOncePerHundred) {

@@ -100,6 +100,14 @@ TEST(StrFind, NegativeStartAssertsAndSearchesFromTheFront) {
   EXPECT_EQ(recorder.Only(), "(start >= 0) && (start <= mLen)");
 }
 
+TEST(StrFind, TheFirstMatchCounts) {
+  const Str text("xaAAa");
+  EXPECT_EQ(text.Find("Aa", 0, false), 1);
+  EXPECT_EQ(text.Find("Aa", 2, false), 2);
+  EXPECT_EQ(text.Find("Aa"), 3);
+  EXPECT_EQ(text.Find("a", 5, false), -1);
+}
+
 TEST(StrFind, IFindGivesAPointerOrNull) {
   const char text[] = "One \xc9t\xe9 two";
   EXPECT_EQ(Str::IFind(text, "\xe9T\xc9"), text + 4);

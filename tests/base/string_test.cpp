@@ -26,6 +26,44 @@ TEST(WStr, NewIsEmptyAndOwnsNothing) {
   EXPECT_STREQ(a.Chars(), L"");
 }
 
+TEST(WStr, FromPointerCopies) {
+  wchar_t source[] = L"abc";
+  WStr text(source);
+  source[0] = L'x';
+  EXPECT_EQ(Text(text), L"abc");
+  EXPECT_EQ(text.Length(), 3);
+  EXPECT_EQ(text.Capacity(), 100);
+}
+
+TEST(WStr, FromNullAssertsAndIsEmpty) {
+  const wchar_t* null = nullptr;
+  AssertRecorder recorder;
+  WStr text(null);
+  EXPECT_EQ(recorder.Only(), "cp");
+  EXPECT_EQ(text.Length(), 0);
+  recorder.Clear();
+  text = null;
+  EXPECT_EQ(recorder.Only(), "cp");
+}
+
+TEST(WStr, AssignmentKeepsTheLargerBuffer) {
+  WStr text(Xs(150).c_str());
+  EXPECT_EQ(text.Capacity(), 200);
+  text = L"abc";
+  EXPECT_EQ(text.Capacity(), 200);
+  EXPECT_EQ(Text(text), L"abc");
+}
+
+TEST(WStr, AssignmentOfItselfOrOfItsOwnTail) {
+  WStr text(L"abcdef");
+  WStr& same = text;
+  text = same;
+  EXPECT_EQ(Text(text), L"abcdef");
+  text = text.Chars() + 2;
+  EXPECT_EQ(Text(text), L"cdef");
+  EXPECT_EQ(text.Length(), 4);
+}
+
 TEST(WStr, SharedBufferIsNeverWritten) {
   AssertRecorder recorder;
   WStr other;
@@ -87,6 +125,25 @@ TEST(WStr, LockAndUnlock) {
   text.Lock(-1);
   text.Unlock();
   EXPECT_EQ(Text(text), L"written");
+}
+
+TEST(WStr, LockOfNoSizeGivesAtLeastOneUnit) {
+  for (int32_t size : {0, -1, -1000}) {
+    WStr text;
+    text.Lock(size)[0] = L'\0';
+    EXPECT_EQ(text.Capacity(), 100);
+    text.Unlock();
+    EXPECT_EQ(text.Length(), 0);
+  }
+}
+
+TEST(WStr, LockAndAssignmentMayRunWhileLocked) {
+  WStr text;
+  text.Lock(5);
+  text.Lock(500);
+  text = L"abc";
+  text.Unlock();
+  EXPECT_EQ(text.Length(), 3);
 }
 
 TEST(WStr, UnlockWithoutLockAsserts) {
@@ -178,6 +235,20 @@ TEST(WStr, AppendOfAtMostNNeedsNoTerminator) {
   EXPECT_EQ(Text(text), L"abc");
 }
 
+TEST(WStr, AppendOfACharacterLessThanNeverChangesNothing) {
+  WStr text(L"abc");
+  text.Append(L'x', 0);
+  text.Append(L'x', -4);  // no more than the text itself
+  EXPECT_EQ(Text(text), L"abc");
+  AssertRecorder recorder;
+  for (int32_t times : {-5, INT32_MIN}) {
+    recorder.Clear();
+    text.Append(L'x', times);
+    EXPECT_EQ(recorder.Only(), "needed >= 0");
+    EXPECT_EQ(Text(text), L"abc");
+  }
+}
+
 TEST(WStr, AppendOfItself) {
   WStr text(Xs(60).c_str());
   text.Append(text.Chars());
@@ -214,10 +285,22 @@ TEST(WStr, FindBeyondTheLengthAsserts) {
   EXPECT_EQ(recorder.Only(), "(start >= 0) && (start <= mLen)");
 }
 
+TEST(WStr, FindFromTheEndOrFromBeforeTheFront) {
+  const WStr text(L"abc");
+  EXPECT_EQ(text.Find(L'c', 3), -1);
+  EXPECT_EQ(text.Find(L"", 3), 3);
+  AssertRecorder recorder;
+  EXPECT_EQ(text.Find(L'a', -1), 0);
+  EXPECT_EQ(recorder.Only(), "(start >= 0) && (start <= mLen)");
+}
+
 TEST(WStr, IFind) {
-  const wchar_t text[] = L"One \u00c9t\u00e9";
+  const wchar_t text[] = L"One \u00c9t\u00e9 t\u00e9";
   EXPECT_EQ(WStr::IFind(text, L"\u00e9T\u00c9"), text + 4);
+  EXPECT_EQ(WStr::IFind(text, L"T\u00c9"), text + 5);
+  EXPECT_EQ(WStr::IFind(text, L"two"), nullptr);
   EXPECT_EQ(WStr::IFind(L"ab", L"abc"), nullptr);
+  EXPECT_EQ(WStr::IFind(text, L""), text);
 }
 
 TEST(WStr, DeleteForms) {
@@ -229,10 +312,39 @@ TEST(WStr, DeleteForms) {
   AssertRecorder recorder;
   text.Delete(2, 1);
   EXPECT_EQ(recorder.Texts(), (Texts{"pos < mLen", "count == -1 || (pos + count) <= mLen"}));
+  EXPECT_EQ(Text(text), L"ad");
+}
+
+TEST(WStr, DeletePastTheEndAssertsTwiceAndDeletesToTheEnd) {
+  const Texts checks = {"count == -1 || (pos + count) <= mLen", "moveSize>=0"};
+  WStr text(L"abcdef");
+  AssertRecorder recorder;
+  text.Delete(4, 3);
+  EXPECT_EQ(recorder.Texts(), checks);
+  EXPECT_EQ(Text(text), L"abcd");
   recorder.Clear();
-  text.Delete(1, 5);
-  EXPECT_EQ(recorder.Only(), "count == -1 || (pos + count) <= mLen");
+  text.Delete(1, INT32_MAX);
+  EXPECT_EQ(recorder.Texts(), checks);
   EXPECT_EQ(Text(text), L"a");
+  EXPECT_EQ(text.Length(), 1);
+}
+
+TEST(WStr, DeleteOfTheLastUnitsMovesNothing) {
+  WStr text(L"abcdef");
+  text.Delete(4, 2);
+  EXPECT_EQ(Text(text), L"abcd");
+  text.Delete(1, 0);
+  EXPECT_EQ(Text(text), L"abcd");
+}
+
+TEST(WStr, DeleteOfANegativeCountOrFromANegativePlaceChangesNothing) {
+  WStr text(L"abcdef");
+  text.Delete(-3, 2);
+  EXPECT_EQ(Text(text), L"abcdef");
+  AssertRecorder recorder;
+  text.Delete(2, -2);
+  EXPECT_EQ(recorder.Only(), "count >= -1");
+  EXPECT_EQ(Text(text), L"abcdef");
 }
 
 TEST(WStr, InsertForms) {
@@ -247,6 +359,12 @@ TEST(WStr, InsertForms) {
   text.Insert(L"<", -1);
   EXPECT_EQ(recorder.Only(), "(pos >= 0) && (pos <= Length())");
   EXPECT_EQ(Text(text), L"<abcdefg!");
+}
+
+TEST(WStr, InsertOfItsOwnText) {
+  WStr text(L"abcd");
+  text.Insert(text.Chars() + 1, 2);
+  EXPECT_EQ(Text(text), L"abbcdcd");
 }
 
 TEST(WStr, SetAtForms) {
@@ -266,6 +384,7 @@ TEST(WStr, SetAtForms) {
   recorder.Clear();
   text.SetAt(1, L'\0');
   EXPECT_EQ(recorder.Only(), "ch != '\\0'");
+  EXPECT_EQ(Text(text), L"a");  // written all the same
 }
 
 TEST(WStr, OverwriteForms) {
@@ -289,6 +408,46 @@ TEST(WStr, Trim) {
   EXPECT_EQ(Text(text), L"a b \t\r\n\v\f");
   text.TrimRight();
   EXPECT_EQ(Text(text), L"a b");
+}
+
+TEST(WStr, TrimOfOnlySpacesLeavesNothing) {
+  WStr left(L"  \t"), right(L"  \t"), none;
+  left.TrimLeft();
+  right.TrimRight();
+  none.TrimLeft();
+  none.TrimRight();
+  EXPECT_EQ(left.Length(), 0);
+  EXPECT_EQ(right.Length(), 0);
+  EXPECT_EQ(none.Length(), 0);
+}
+
+TEST(WStr, TrimKeepsOtherSpaces) {
+  WStr text(L"\u00a0\u3000a\u2003");
+  text.TrimLeft();
+  text.TrimRight();
+  EXPECT_EQ(Text(text), L"\u00a0\u3000a\u2003");
+}
+
+TEST(WStr, SubstringCounts) {
+  WStr text;
+  text.Left(L"abc", -1);
+  EXPECT_EQ(Text(text), L"abc");
+  text.Right(L"abc", 0);
+  EXPECT_EQ(Text(text), L"");
+  AssertRecorder recorder;
+  text.SetSubstring(L"abc", 1, 3);
+  EXPECT_EQ(recorder.Only(), "(pos + count) <= cp_len");
+  EXPECT_EQ(Text(text), L"bc");
+  recorder.Clear();
+  text.SetSubstring(L"abc", 1, -2);
+  EXPECT_EQ(recorder.Only(), "count >= -1");
+  EXPECT_EQ(Text(text), L"");
+}
+
+TEST(WStr, SubstringOfItself) {
+  WStr text(L"abcdef");
+  text.SetSubstring(text.Chars(), 2, 3);
+  EXPECT_EQ(Text(text), L"cde");
 }
 
 TEST(WStr, Substrings) {
@@ -346,6 +505,14 @@ TEST(WStr, ReplaceTextByText) {
   EXPECT_EQ(Text(text), L"bbbbb");
   EXPECT_EQ(text.Replace(text.Chars() + 3, L"-"), 2);  // the text may be its own
   EXPECT_EQ(Text(text), L"--b");
+}
+
+TEST(WStr, ReplaceByANullTextAsserts) {
+  WStr text(L"abc");
+  AssertRecorder recorder;
+  EXPECT_EQ(text.Replace(L"a", nullptr), 0);
+  EXPECT_EQ(recorder.Only(), "replace");
+  EXPECT_EQ(Text(text), L"abc");
 }
 
 TEST(WStr, ReplaceOfAnEmptyTextAssertsAndEnds) {
@@ -453,6 +620,18 @@ TEST(WStr, AssignmentFromAnsiText) {
   text = std::string(100, 'x').c_str();
   EXPECT_EQ(text.Length(), 100);
   EXPECT_EQ(text.Capacity(), 200);  // length + 1 units
+}
+
+TEST(WStr, AssignmentFromNullAnsiTextAssertsAndIsEmpty) {
+  WStr text(L"old");
+  AssertRecorder recorder;
+  text = static_cast<const char*>(nullptr);
+  EXPECT_EQ(recorder.Only(), "nStr");
+  EXPECT_EQ(Text(text), L"");
+  recorder.Clear();
+  text.Assign(nullptr, UTF8);
+  EXPECT_EQ(recorder.Only(), "cp");
+  EXPECT_EQ(Text(text), L"");
 }
 
 TEST(WStr, AssignmentFromUtf8) {

@@ -23,7 +23,11 @@ class JapaneseSystem(OtherSystem):
     locale = "ja_JP.UTF-8"
 
     def test_double_byte_text(self):
-        self.run_tests("DoubleByte.*:StrList.*")
+        self.run_tests("DoubleByte.*:StrList.*:Utf8.*")
+
+    def test_edits_are_those_of_every_code_page(self):
+        self.run_tests("StrRoom.*:StrDelete.*:StrInsert.*:StrSetAt.*:StrInvariant.*:StrOverwrite.*:StrSubstring.*"
+                       ":NoMemory.*:GuardPage.*")
 
 
 class TimeZones(OtherSystem):
