@@ -79,7 +79,7 @@ int32_t LoadResString(unsigned id, char* buffer, int32_t size) {
 }
 
 bool ResStringExists(unsigned id) {
-  char buffer[2];
+  char buffer[8];  // room for one character of any code page: a shorter one would hold none
   return LoadResString(id, buffer, sizeof(buffer)) > 0;
 }
 

@@ -14,3 +14,12 @@ Str JoinResStrings(unsigned firstId) {
   }
   return text;
 }
+
+StrList ListResStrings(unsigned firstId, int32_t count, uint32_t flags) {
+  StrList list(count);
+  for (int32_t i = 0; i < count; ++i) {
+    Str text;
+    if (GetResStr(firstId, i, text, flags)) list.Replace(i, text);
+  }
+  return list;
+}

@@ -8,6 +8,7 @@
 
 #include "app_vars.h"
 #include "base/handle.h"
+#include "messages/restext.h"
 #include "messages/restextrules.h"
 #include "support/assert_recorder.h"
 #include "support/library_maker.h"
@@ -360,6 +361,41 @@ TEST_F(ResTest, TagReaderLooksAt255Characters) {
   Str tag;
   GetResStrTag(700, 0, tag);
   EXPECT_EQ(tag.View(), std::string(254, 't'));
+}
+
+// Several texts at once
+
+TEST_F(ResTest, PiecesOfALongMessageAreJoinedUpToTheEndMark) {
+  UseProgram({{700, "One <A>, "}, {701, "!t!two$$"}, {702, " and"}, {703, "!END!"}, {704, "wrong"}});
+  AppSetVariable("A", "1");
+  EXPECT_EQ(JoinResStrings(700), "One <A>, two and and");  // 702 continues 701 and is a piece itself
+  EXPECT_EQ(JoinResStrings(703), "");
+}
+
+TEST_F(ResTest, PiecesOfALongMessageEndAtAMissingOne) {
+  UseProgram({{700, "one"}, {701, "two"}, {703, "wrong"}});
+  EXPECT_EQ(JoinResStrings(700), "onetwo");
+  EXPECT_EQ(JoinResStrings(702), "");
+}
+
+TEST_F(ResTest, PiecesOfALongMessageEndAfterAHundred) {
+  Strings strings;
+  for (unsigned id = 700; id < 850; ++id) strings[id] = "x";
+  UseProgram(strings);
+  EXPECT_EQ(JoinResStrings(700).View(), std::string(100, 'x'));
+}
+
+TEST_F(ResTest, APackedListHoldsTheTextsInOrder) {
+  UseProgram({{700, "one <A>"}, {701, "!t!two"}, {703, "four$5$"}, {3005, "!"}});
+  AppSetVariable("A", "1");
+  StrList list = ListResStrings(700, 4, kResExpand);
+  ASSERT_EQ(list.Count(), 4);
+  EXPECT_STREQ(list.Get(0), "one 1");
+  EXPECT_STREQ(list.Get(1), "two");
+  EXPECT_STREQ(list.Get(2), "");  // missing
+  EXPECT_STREQ(list.Get(3), "four!");
+  EXPECT_STREQ(ListResStrings(700, 1, 0).Get(0), "one <A>");
+  EXPECT_EQ(ListResStrings(700, 0, 0).Count(), 0);
 }
 
 // The rules alone
