@@ -435,5 +435,34 @@ class Scripts(SetupTest):
                 self.assertTrue(self.prefix.exists(SOURCE + r"\a.txt"))
 
 
+class ExhaustedMemory(SetupTest):
+    """Texts larger than a program can hold: files without contents on disk, so that they cost nothing."""
+
+    def grow(self, path):
+        os.truncate(self.prefix.host(path), 3 << 30)
+
+    def test_a_script_that_no_memory_holds(self):
+        self.write_script()
+        self.grow(SOURCE + r"\setup.inf")
+        self.assertEqual(self.install(), 8)
+        self.assert_logged("Performing silent install to " + PRODUCT, "Setup")  # before the texts are known
+        self.assertFalse(self.prefix.exists(PRODUCT))
+
+    def test_a_file_that_no_memory_holds(self):
+        self.add_file("a.txt", b"alpha")
+        self.write_script(install="$get_ini_var=OldAppDir,C:\\large.ini,Paths,Home\n"
+                          "+HKEY_CURRENT_USER\\Software\\Quorvale\\Made\\Second=pass\n")
+        self.prefix.write(r"C:\large.ini", "[Paths]\n")
+        self.grow(r"C:\large.ini")
+        self.assertEqual(self.install(), 8)
+        self.assert_logged("n'a pas assez de mémoire et va se terminer. Veuillez redémarrer Windows avant de relancer")
+        self.assertFalse(self.prefix.exists(PRODUCT + r"\a.txt"))
+        self.assertIsNone(self.prefix.reg_value(MADE, "Second"))
+        # Nothing is left that keeps the next run from succeeding.
+        os.unlink(self.prefix.host(r"C:\large.ini"))
+        self.assertEqual(self.install(), 0)
+        self.assert_installed()
+
+
 if __name__ == "__main__":
     unittest.main()
