@@ -16,6 +16,7 @@
 #include "installer/reboot.h"
 #include "installer/sysfacts.h"
 #include "installer/vtinstal.h"
+#include "messages/filelog.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "messages/res.h"
@@ -250,22 +251,10 @@ void RunEndSection() {
                      nullptr);
 }
 
-void DeleteHeldFile(const Str& path) {
-  const bool deleted = FS::Delete(path);
-  const Message line = Message("Deleting <PathName>, result = <Result>", kTemplateLiteral)
-                           .With("Result", deleted ? "success" : "failure")
-                           .With("PathName", path);
-  if (deleted) {
-    LogLine(line);
-  } else {
-    LogError(line);
-  }
-}
-
 // Deletes what a removal could not while the program held it, then the script and the program itself.
 void DeleteOwnFiles(const SequenceResult& result) {
   if (!result.heldFiles.empty()) FreeLanguageLibrary();
-  for (const Str& path : result.heldFiles) DeleteHeldFile(path);
+  for (const Str& path : result.heldFiles) LoggedDelete(path);
   if (!result.deleteSelf) return;
   Script().Close();
   FS::Delete(JoinPath(AppGetExpanded("CurrDir"), kScriptName));
