@@ -110,7 +110,7 @@ TEST(Folders, ProgramFiles) {
 }
 
 DWORD WINAPI NoTempPath(DWORD, LPSTR) { return 0; }
-DWORD WINAPI LongTempPath(DWORD, LPSTR) { return MAX_PATH; }
+DWORD WINAPI LongTempPath(DWORD size, LPSTR) { return size; }  // the room it would need
 UINT WINAPI NoFolder(LPSTR, UINT) { return 0; }
 BOOL WINAPI NoShellFolder(HWND, LPSTR, int, BOOL) { return FALSE; }
 

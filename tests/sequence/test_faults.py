@@ -1,4 +1,5 @@
 """Disks, media and scripts that fail: the documented exit code, a log that says why, and a run that ends by itself."""
+import errno
 import os
 import shlex
 import unittest
@@ -143,6 +144,34 @@ class Places(SetupTest):
                            "Impossible d'installer le fichier b.txt faute de pouvoir le lire.", NOT_INSTALLED)
         self.assertFalse(self.prefix.exists(PRODUCT + r"\sous\b.txt"))
         self.assert_nothing_passing()
+
+    def link_to_bad_medium(self, path):
+        """Puts there a file that opens well, tells a size and then cannot be read."""
+        unreadable = "/sys/class/net/lo/speed"
+        try:
+            with open(unreadable, "rb", buffering=0) as file:
+                file.read(1)
+        except OSError as error:
+            if error.errno == errno.EINVAL:
+                os.symlink(unreadable, self.prefix.host(path))
+                return
+        self.skipTest("no file of this machine refuses to be read")
+
+    def test_file_that_opens_and_cannot_be_read(self):
+        self.link_to_bad_medium(r"C:\bad.ini")
+        self.write_script(install="$get_ini_var=Found,C:\\bad.ini,section,key\n")
+        self.assertEqual(self.install(), 0)
+        setup = "Installation de Veltrane 6.0c"
+        self.assert_logged("\nQuorvale internal error: #0x2b04\n   Une erreur est survenue. %s ne peut pas lire le fichier. "
+                           "%s va continuer.\n" % (setup, setup))
+        self.assert_installed()
+
+    def test_script_that_opens_and_cannot_be_read(self):
+        os.unlink(self.prefix.host(SOURCE + r"\setup.inf"))
+        self.link_to_bad_medium(SOURCE + r"\setup.inf")
+        self.assertEqual(self.install(), 1)
+        self.assert_logged("ne peut pas lire le fichier.")
+        self.assertFalse(self.prefix.exists(PRODUCT))
 
     def test_folder_as_a_source(self):
         self.prefix.make_folder(SOURCE + r"\c.txt")
