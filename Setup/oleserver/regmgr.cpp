@@ -194,6 +194,9 @@ void COLEEquationReg::SetAutoConvert(bool on) const {
   if (ConvertsToUs() == on) return;
   Str target;
   if (on) {
+    CLSID own;
+    // Without a class of the product the server would only lose the conversion that it has.
+    if (!ParseClassId(OwnClassId(), own)) return;
     if (GetAutoConvert(target)) RememberTarget(mClassId, target);
     ApplyAutoConvert(mClassId, OwnClassId());
     const Str progId = ProgId();

@@ -217,9 +217,10 @@ TEST_F(WordMacros, AMissingFolderIsReportedWithReasonAndAdvice) {
   Task("set_word_macro", WordArgs(9));
   const std::string log = Task("run_word_macro", "False");
   EXPECT_NE(
-      log.find("Installation de Veltrane 6.0c ne peut pas installer les Commandes Veltrane pour Microsoft "
-               "Word 2000 "
-               "(Office 2000) pour la raison suivante : le dossier de d\xe9marrage de Word n'existe pas."),
+      log.find(
+          "Installation de Veltrane 6.0c ne peut pas installer les Commandes Veltrane pour Microsoft "
+          "Word 2000 (Office 2000) pour la raison suivante : le dossier de d\xe9marrage de Word n'existe "
+          "pas.\nFichier concern\xe9 : vt.dot.\n"),
       std::string::npos)
       << log;
   EXPECT_NE(

@@ -345,6 +345,17 @@ TEST_F(ServerTest, WithoutAStoreNothingIsRememberedAndTheConversionWorks) {
   EXPECT_FALSE(RegistryKeyExists(HKEY_LOCAL_MACHINE, "OldOLEAutoConverts"));
 }
 
+TEST_F(ServerTest, WithoutAClassOfTheProductTheConversionStays) {
+  AddServer("Equation.3", kClassA, "a");
+  Convert(kClassA, kClassB);
+  for (const char* classId : {"", "no class"}) {
+    AppSetVariable("ClassId", classId);
+    COLEEquationReg(kClassA).SetAutoConvert(true);
+    EXPECT_EQ(ConvertsTo(kClassA), kClassB) << classId;
+    EXPECT_FALSE(RegistryKeyExists(HKEY_LOCAL_MACHINE, SavedKey(kClassA))) << classId;
+  }
+}
+
 TEST_F(ServerTest, ServersThatConvertToEachOtherAreSetOneByOne) {
   AddServer("Equation.3", kClassA, "a");
   AddServer("Equation.2", kClassB, "b");
