@@ -97,13 +97,48 @@ TEST_F(MessageRun, LogTellsTheMachinesFacts) {
            "Windows OS: Windows NT, version: %lu.%02lx\n"
            "Windows Enhanced Mode\n"
            "Pixels Per Inch: H(%d)xV(%d), Total Pixels: H(%d)xV(%d)\n"
-           "%s%s",
+           "%s%sThe background window has been turned off.\n",
            version.dwMajorVersion, version.dwMinorVersion, GetDeviceCaps(screen, LOGPIXELSX),
            GetDeviceCaps(screen, LOGPIXELSY), GetDeviceCaps(screen, HORZRES), GetDeviceCaps(screen, VERTRES),
            (status.wFlags & TT_AVAILABLE) != 0 ? "TrueType Available\n" : "",
            (status.wFlags & TT_ENABLED) != 0 ? "TrueType Enabled\n" : "");
   ReleaseDC(nullptr, screen);
   EXPECT_TRUE(outcome.Logged(facts)) << facts << outcome.log;
+}
+
+// Adobe Type Manager's stand-in in the system folder.
+class TypeManagerRun : public MessageRun {
+ protected:
+  TypeManagerRun() {
+    char folder[MAX_PATH] = "";
+    GetSystemDirectoryA(folder, sizeof folder);
+    mLibrary = std::string(folder) + "\\ATM32.dll";
+    WriteWholeFile(mLibrary, ReadWholeFile(HelperPath("atm.dll")));
+    SetEnvironmentVariableA("VT_ATM", mSetup.Root().Write("atm.ini", "[ATM]\r\n").c_str());
+  }
+  ~TypeManagerRun() override {
+    SetEnvironmentVariableA("VT_ATM", nullptr);
+    EXPECT_TRUE(DeleteTree(mLibrary));
+  }
+  void Answer(const char* key, const char* value) const {
+    WritePrivateProfileStringA("ATM", key, value, mSetup.Root().Join("atm.ini").c_str());
+  }
+
+ private:
+  std::string mLibrary;
+};
+
+TEST_F(TypeManagerRun, LogTellsItsVersionWhenItRuns) {
+  Answer("version", "1025");  // minor 4 above major 1
+  EXPECT_TRUE(mSetup.SilentInstall().Logged("\nATM Version 1. 4 Running\nThe background window"));
+  Answer("version", "13060");
+  EXPECT_TRUE(mSetup.SilentInstall().Logged("\nATM Version 4.51 Running\nThe background window"));
+}
+
+TEST_F(TypeManagerRun, LogTellsThatItDoesNotRun) {
+  Answer("loaded", "0");
+  EXPECT_TRUE(mSetup.SilentInstall().Logged(
+      "\nATM appears to be installed, but not running\nThe background window has been turned off.\n"));
 }
 
 TEST_F(MessageRun, LogHoldsEachMessageWithAnEmptyLineBehindIt) {
