@@ -89,6 +89,11 @@ TEST(TimeValue, FromFields) {
   EXPECT_EQ(Text(TimeValue::FromFields(2024, 7, 1, 12, 0, 0)), "07/01/2024 12:00:00");
 }
 
+TEST(TimeValue, FieldsAtTheirLimitsAreSilent) {
+  EXPECT_EQ(Text(TimeValue::FromFields(2038, 1, 18, 0, 0, 0)), "01/18/2038 00:00:00");
+  EXPECT_EQ(Text(TimeValue::FromFields(1970, 12, 31, 23, 59, 59)), "12/31/1970 23:59:59");
+}
+
 // One field outside its range: what is asserted, in order.
 TEST(TimeValue, FieldRangesAreAsserted) {
   const struct {
