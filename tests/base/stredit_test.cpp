@@ -92,6 +92,8 @@ TEST(StrFind, StartBeyondTheLengthAssertsAndFindsNothing) {
   recorder.Clear();
   EXPECT_EQ(Str("abc").Find("a", 4), -1);
   EXPECT_EQ(recorder.Only(), "(start >= 0) && (start <= mLen)");
+  EXPECT_EQ(Str("abc").Find("", 4), -1);
+  EXPECT_EQ(Str("abc").Find("", 4, false), -1);
 }
 
 TEST(StrFind, NegativeStartAssertsAndSearchesFromTheFront) {

@@ -283,6 +283,8 @@ TEST(WStr, FindBeyondTheLengthAsserts) {
   AssertRecorder recorder;
   EXPECT_EQ(WStr(L"abc").Find(L'a', 4), -1);
   EXPECT_EQ(recorder.Only(), "(start >= 0) && (start <= mLen)");
+  EXPECT_EQ(WStr(L"abc").Find(L"", 4), -1);
+  EXPECT_EQ(WStr(L"abc").Find(L"", 4, false), -1);
 }
 
 TEST(WStr, FindFromTheEndOrFromBeforeTheFront) {
