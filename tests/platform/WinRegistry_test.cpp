@@ -8,6 +8,7 @@
 
 #include "base/handle.h"
 #include "support/assert_recorder.h"
+#include "support/import_double.h"
 #include "support/registry_guard.h"
 
 namespace {
@@ -456,6 +457,22 @@ TEST_F(WinRegistry, ValuesAreTheTextsOnly) {
   EXPECT_EQ(Values(reader), (List{"=unnamed", "a=1", "d="}));
 }
 
+TEST_F(WinRegistry, NumbersOfSubKeysAndValuesAreThoseOfTheFirstLook) {
+  Key().SetValue("a", "1");
+  SetRegistryString(HKEY_CURRENT_USER, Below("one"), "v", "x");
+  KWinRegistry reader;
+  ASSERT_TRUE(reader.OpenRooted(kRooted, wrRead));
+  EXPECT_EQ(SubKeys(reader), List{"one"});
+  SetRegistryString(HKEY_CURRENT_USER, Below("two"), "v", "x");
+  SetRegistryString(HKEY_CURRENT_USER, kPath, "b", "2");
+  EXPECT_EQ(SubKeys(reader).size(), 1u);
+  EXPECT_EQ(Values(reader).size(), 1u);
+  reader.Close();
+  ASSERT_TRUE(reader.OpenRooted(kRooted, wrRead));
+  EXPECT_EQ(SubKeys(reader).size(), 2u);
+  EXPECT_EQ(Values(reader).size(), 2u);
+}
+
 TEST_F(WinRegistry, EmptyKeyHasNeither) {
   EXPECT_EQ(SubKeys(Key()), List{});
   EXPECT_EQ(Values(Key()), List{});
@@ -545,6 +562,25 @@ TEST_F(WinRegistry, CopyOfASubKeyThatCannotBeMadeAssertsAndEnds) {
   AssertRecorder recorder;
   EXPECT_FALSE(from.CopyKey(to));
   EXPECT_EQ(recorder.Only(), "stat = destKey.OpenKey(subKeyName, destSubKey, wrWrite)");
+}
+
+decltype(&RegOpenKeyExA) sOriginalOpen = nullptr;
+LSTATUS WINAPI DenyingOpen(HKEY key, LPCSTR name, DWORD options, REGSAM access, PHKEY opened) {
+  if (name != nullptr && std::string(name) == "locked") return ERROR_ACCESS_DENIED;
+  return sOriginalOpen(key, name, options, access, opened);
+}
+
+TEST_F(WinRegistry, CopyEndsAtASubKeyThatCannotBeRead) {
+  SetRegistryString(HKEY_CURRENT_USER, Below("from\\a\\locked"), "s", "text");
+  SetRegistryString(HKEY_CURRENT_USER, Below("from\\b"), "s", "text");
+  KWinRegistry from, to;
+  ASSERT_TRUE(Key().OpenKey("from", from, wrRead));
+  ASSERT_TRUE(Key().OpenKey("to", to, wrWrite));
+  const ImportDouble opening("RegOpenKeyExA", reinterpret_cast<void*>(&DenyingOpen));
+  sOriginalOpen = reinterpret_cast<decltype(sOriginalOpen)>(opening.Original());
+  EXPECT_FALSE(from.CopyKey(to));
+  EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, Below("to\\a")));
+  EXPECT_FALSE(RegistryKeyExists(HKEY_CURRENT_USER, Below("to\\b")));
 }
 
 }  // namespace

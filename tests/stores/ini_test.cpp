@@ -15,6 +15,15 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+// Kinds
+
+TEST(IniKinds, HaveTheirNumbers) {
+  EXPECT_EQ(iniFILE, 0);
+  EXPECT_EQ(iniREG, 1);
+  EXPECT_EQ(iniMEM, 2);
+  EXPECT_EQ(iniSTRLIST, 3);
+}
+
 // Sections
 
 TEST(IniSections, AreFoundWithoutRegardToCase) {
@@ -432,6 +441,16 @@ TEST(IniKeys, Bytes) {
   EXPECT_EQ(byte, 255);
 }
 
+TEST(IniKeys, BytesTooLargeForShortsAreReported) {
+  MemoryStore ini("[A]\na=70000\n");
+  IniFindSection(ini, "A");
+  AssertRecorder recorder;
+  uint8_t byte = 7;
+  EXPECT_TRUE(IniReadByte(ini, "a", byte));
+  EXPECT_EQ(byte, 112);
+  EXPECT_EQ(recorder.Only(), "(temp >= SHRT_MIN) && (temp <= SHRT_MAX)");
+}
+
 // Enumerating keys
 
 TEST(IniNextKey, GivesTheKeyLinesInOrder) {
@@ -677,6 +696,25 @@ TEST(IniLongLines, AreReadAsOneAndCutAt511) {
   EXPECT_EQ(key, "Next");
   EXPECT_TRUE(IniSeekLine(ini.get(), 2));
   EXPECT_FALSE(IniSeekLine(ini.get(), 3));
+}
+
+TEST(IniLongLines, EveryWayOfReadingCutsAt511) {
+  const TempDir dir;
+  const std::string cut(511, 'v');
+  const std::string path = dir.Write("a.ini", "[A]\nLong=" + cut + "wx\n");
+  const IniStorePtr ini = IniOpen(path.c_str(), true);
+  ASSERT_NE(ini, nullptr);
+  IniFindSection(ini.get(), "A");
+  Str key;
+  Str value;
+  IniGetStr(ini.get(), "Long", "", value);
+  EXPECT_EQ(value.View(), cut);
+  char buffer[600];
+  EXPECT_TRUE(IniReadString(ini.get(), "Long", buffer, sizeof(buffer)));
+  EXPECT_EQ(buffer, cut);
+  EXPECT_TRUE(IniNextKey(ini.get(), true, nullptr, key, &value));
+  EXPECT_EQ(value.View(), cut);
+  EXPECT_FALSE(IniNextKey(ini.get(), false, nullptr, key, &value));
 }
 
 TEST(IniLongLines, AreHeldAsTwoLines) {
