@@ -150,6 +150,7 @@ TEST_F(MachineStoreTest, HelpFolderStaysWithoutAnEntry) {
 
 TEST_F(MachineStoreTest, HelpFolderWithoutAnEntryKeepsItsPlaceholders) {
   UseStore();
+  AppSetVariable("ProgDir", "C:\\NotYetKnown");
   AppSetVariable("SetupHelpDir", "<ProgDir>\\Help");
   Set("Windows", "Other", "x");
   ReadMachineStore();
