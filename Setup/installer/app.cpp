@@ -253,8 +253,10 @@ void RunEndSection() {
 
 // Deletes what a removal could not while the program held it, then the script and the program itself.
 void DeleteOwnFiles(const SequenceResult& result) {
-  if (!result.heldFiles.empty()) FreeLanguageLibrary();
-  for (const Str& path : result.heldFiles) LoggedDelete(path);
+  if (!result.heldFile.IsEmpty()) {
+    FreeLanguageLibrary();
+    LoggedDelete(result.heldFile);
+  }
   if (!result.deleteSelf) return;
   Script().Close();
   FS::Delete(JoinPath(AppGetExpanded("CurrDir"), kScriptName));

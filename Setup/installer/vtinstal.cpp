@@ -18,6 +18,7 @@
 #include "platform/fs.h"
 #include "platform/fspath.h"
 #include "script/files.h"
+#include "script/fullpath.h"
 #include "script/select.h"
 #include "script/setupinf.h"
 #include "stores/inistuff.h"
@@ -174,20 +175,18 @@ bool RecordConfiguration() {
   return false;
 }
 
-// Listed language libraries that are still there: this program may hold one of them open.
-std::vector<Str> FindHeldFiles() {
-  std::vector<Str> held;
-  const Str folder = AppGetExpanded("CurrDir");
-  const Str prefix = LibraryPrefix(false);
-  if (prefix.IsEmpty()) return held;
+// The listed file that is the loaded language library; empty when none is.
+Str FindHeldFile() {
+  const Str library = LoadedLibraryPath();
+  if (library.IsEmpty()) return Str();
+  const Str name = FSPath(library).FileName();
   for (int32_t i = 0; i < GetNumFiles(); ++i) {
     const FileRecord record = GetFileRec(i);
-    if (folder.ICompare(record.destDir) != 0 || Str::IFind(record.destName, prefix) != record.destName)
-      continue;
+    if (record.destDir[0] == '\0' || name.ICompare(record.destName) != 0) continue;
     const Str path = JoinPath(record.destDir, record.destName);
-    if (FS::Exists(path)) held.push_back(path);
+    if (IsSamePath(path, library)) return path;
   }
-  return held;
+  return Str();
 }
 
 // False when the product folder's path leaves no room for a file in it: each of its files was left out then.
@@ -201,8 +200,8 @@ bool FolderTakesFiles() {
 bool PerformFilesAndTasks(const char* section, SequenceResult& result) {
   if (Run().abort) return false;
   if (Run().install && !FolderTakesFiles()) return false;
-  if (!(Run().install ? CopyAll() : DeleteAll())) return false;
-  if (!Run().install) result.heldFiles = FindHeldFiles();
+  if (!Run().install) result.heldFile = FindHeldFile();
+  if (!(Run().install ? CopyAll() : DeleteAll(result.heldFile))) return false;
   if (!PrepareFileList()) return false;
   ClearMeter();
   if (!Run().abort && !RunSectionPass(section, kExecutePass, kTaskLines | kRegistryLines | kVariableLines))

@@ -1,7 +1,6 @@
 #pragma once
 // The one sequence that installs and removes, in normal and workstation mode.
 #include <cstdint>
-#include <vector>
 
 #include "base/str.h"
 
@@ -9,9 +8,8 @@
 struct SequenceResult {
   int exitCode = 0;         // ExitCode
   bool deleteSelf = false;  // the setup program and its script go when the run ends
-  // Language libraries that a removal listed and could not delete because one of them is in use by this
-  // program.
-  std::vector<Str> heldFiles;
+  // The language library when a removal listed it: this program shows its texts from it until the end.
+  Str heldFile;
 };
 
 SequenceResult RunSequence();

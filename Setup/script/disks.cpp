@@ -92,11 +92,12 @@ bool CopyAll() {
   return true;
 }
 
-bool DeleteAll() {
+bool DeleteAll(const Str& held) {
   for (int32_t i = 0; i < GetNumFiles(); ++i) {
     const FileRecord record = GetFileRec(i);
     if (record.destDir[0] != '\0') {
-      LoggedDelete(JoinPath(record.destDir, record.destName));
+      const Str path = JoinPath(record.destDir, record.destName);
+      if (path.ICompare(held) != 0) LoggedDelete(path);
       continue;
     }
     // Without a folder the name would be looked for in the current one, where it was never installed.

@@ -30,7 +30,9 @@ uint64_t TotalFileSize();
 // False when the user cancelled (the abort flag is set).
 [[nodiscard]] bool CheckSpace();
 [[nodiscard]] bool CopyAll();
-bool DeleteAll();
+// Deletes the listed files. `held`, the path of one that this program itself still has open, is left to the
+// caller.
+bool DeleteAll(const Str& held = Str());
 [[nodiscard]] bool CopyOneFile(const char* infile, const char* outfile);
 // Version-checked copy with questions, restart arrangement and messages; the copy status (0 = done).
 uint32_t CopyFileByName(const char* infile, const char* outfile);

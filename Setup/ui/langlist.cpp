@@ -266,9 +266,10 @@ bool LoadLanguage(int32_t language) {
   HMODULE module = nullptr;
   // Opened as data: texts are read from it, code in it never runs.
   if (!path.IsEmpty()) module = LoadLibraryExA(path, nullptr, LOAD_LIBRARY_AS_DATAFILE);
-  if (!module && IsProgramLanguage(language)) module = GetModuleHandleA(nullptr);
+  const bool isProgram = !module && IsProgramLanguage(language);
+  if (isProgram) module = GetModuleHandleA(nullptr);
   if (!module) return false;
-  UseLibrary(std::make_unique<CLangLib>(module, language));
+  UseLibrary(std::make_unique<CLangLib>(module, language, isProgram ? Str() : path));
   AppSetVariable("SysLang", abbreviation);
   return true;
 }
@@ -283,6 +284,8 @@ bool ChooseAndLoadLanguage() {
   LogLine("System language failed, using built-in!");
   return LoadLanguage(ModuleLanguage(nullptr));
 }
+
+Str LoadedLibraryPath() { return LoadedLibrary() ? LoadedLibrary()->Path() : Str(); }
 
 void FreeLanguageLibrary() {
   SetLanguageModule(nullptr);

@@ -14,16 +14,19 @@ constexpr int32_t kNoLanguage = -1;
 class CLangLib {
  public:
   CLangLib() = default;
-  CLangLib(HMODULE module, int32_t language) : mModule(module), mLanguage(language) {}
+  CLangLib(HMODULE module, int32_t language, const Str& path = Str())
+      : mModule(module), mLanguage(language), mPath(path) {}
   CLangLib(const CLangLib&) = delete;
   CLangLib& operator=(const CLangLib&) = delete;
   ~CLangLib();
   HMODULE Module() const { return mModule; }
   int32_t Language() const { return mLanguage; }
+  const Str& Path() const { return mPath; }
 
  private:
   HMODULE mModule = nullptr;
   int32_t mLanguage = kNoLanguage;
+  Str mPath;  // the system does not tell the path of a library that is loaded as data
 };
 
 // "0x040c,fr" -> 0x040c: the hexadecimal number at the start, "0x" optional. 0, more than 16 bits and null
@@ -50,4 +53,6 @@ std::vector<int32_t> ListLanguages(const char* folder, bool product, const char*
 [[nodiscard]] bool LoadLanguage(int32_t language);
 // The whole choice at start-up, with its log lines.
 [[nodiscard]] bool ChooseAndLoadLanguage();
+// Path of the library that is loaded; empty while the program serves itself.
+Str LoadedLibraryPath();
 void FreeLanguageLibrary();

@@ -90,11 +90,11 @@ class SampleModes(benchlib.WindowsTest):
         result = self.prefix.helper("dialog_driver", "-t", "30000", *words, timeout=60)
         self.assertEqual(result.code, 0, "%s: %s" % (" ".join(words), result.text))
 
-    def ended_well(self, run, errors=()):
+    def ended_well(self, run):
         result = run.wait(90)
         log = self.prefix.text(r"C:\users\root\Temp\Veltrane6.log")
         self.assertEqual(result.code, 0, log)
-        self.assertEqual({line for line in log.split("\n") if "##ERROR" in line}, set(errors), log)
+        self.assertNotIn("##ERROR", log)
         self.assertNotIn("Launch app = Success", log)
 
     def use_the_product(self):
@@ -121,9 +121,7 @@ class SampleModes(benchlib.WindowsTest):
         self.ended_well(self.prefix.start(r"C:\dist\Setup.exe", "-Q", "-D", PRODUCT))
         self.assertEqual(self.prefix.reg_value(UNINSTALL, "UninstallString"), '"%s\\Setup.exe" -R' % PRODUCT)
         self.use_the_product()
-        # Setup shows its own texts from this library; a second attempt at the end, when they are done with, succeeds.
-        held = "##ERROR: Deleting %s\\VTsu6en.dll, result = failure" % PRODUCT
-        self.ended_well(self.prefix.start(PRODUCT + r"\Setup.exe", "-Q", "-RS"), [held])
+        self.ended_well(self.prefix.start(PRODUCT + r"\Setup.exe", "-Q", "-RS"))
         self.check_left(before, LEFT_FONTS, LEFT_SETTINGS, LEFT_FILES)
 
     def share(self):

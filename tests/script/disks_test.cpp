@@ -196,6 +196,17 @@ TEST_F(Disks, DeletingLogsEachFileInOrder) {
   EXPECT_TRUE(NamesIn(mDir.Join("prog")).empty());
 }
 
+TEST_F(Disks, DeletingLeavesAHeldFileToTheCaller) {
+  for (const char* name : {"a.txt", "held.dll", "b.txt"}) {
+    ListFile(name, "1");
+    mDir.Write(std::string("prog\\") + name, "x");
+  }
+  EXPECT_TRUE(DeleteAll(Str(Prog("HELD.dll"))));
+  EXPECT_EQ(Log(), "Deleting " + Prog("a.txt") + ", result = success\nDeleting " + Prog("b.txt") +
+                       ", result = success\n");
+  EXPECT_EQ(NamesIn(mDir.Join("prog")), std::vector<std::string>({"held.dll"}));
+}
+
 TEST_F(Disks, DeletingTakesReadOnlyAndHiddenFiles) {
   ListFile("a.txt", "1");
   mDir.Write("prog\\a.txt", "x");

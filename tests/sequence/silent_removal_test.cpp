@@ -201,6 +201,28 @@ TEST_F(SilentRemoval, LanguageLibraryInTheListGoesToo) {
   const RunOutcome outcome = setup.SilentRemoval();
   EXPECT_EQ(outcome.exitCode, 0u) << outcome.log;
   EXPECT_FALSE(PathExists(setup.Dest("VTsu6en.dll")));
+  // The run shows its texts from this library to the end: it goes last, and there is no trouble to report.
+  EXPECT_TRUE(outcome.LoggedInOrder("System language = 1033\n",
+                                    "Deleting " + setup.Dest("VTsu6en.dll") + ", result = success\n"));
+  EXPECT_FALSE(outcome.Logged("##ERROR")) << outcome.log;
+}
+
+TEST_F(SilentRemoval, LanguageLibraryThatIsNotLoadedGoesInItsTurn) {
+  SetupRun setup;
+  for (const char* name : {"VTsu6en.dll", "VTsu6fr.dll"})
+    setup.AddFile(name, ReadWholeFile(TestFolder() + "\\" + name));
+  setup.AddFile("a.txt", "alpha");
+  setup.WriteScript(setup.SimpleScript("", "", "AppLang=0x0409,en\r\n"));
+  ASSERT_EQ(setup.SilentInstall().exitCode, 0u);
+  setup.CopySetupToDest();
+  const RunOutcome outcome = setup.SilentRemoval();
+  EXPECT_EQ(outcome.exitCode, 0u) << outcome.log;
+  EXPECT_FALSE(outcome.Logged("##ERROR")) << outcome.log;
+  EXPECT_TRUE(outcome.LoggedInOrder("Deleting " + setup.Dest("VTsu6fr.dll") +
+                                        ", result = success\nDeleting " + setup.Dest("a.txt") +
+                                        ", result = success\n",
+                                    "Deleting " + setup.Dest("VTsu6en.dll") + ", result = success\n"));
+  EXPECT_EQ(NamesIn(setup.Dest()), std::vector<std::string>({"Setup.exe", "setup.inf"}));
 }
 
 // ---- folder names ----

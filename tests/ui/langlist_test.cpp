@@ -289,6 +289,9 @@ TEST_F(LangListTest, FileNamedAfterTheLanguageIsLoaded) {
   ASSERT_TRUE(LoadLanguage(kGerman));
   EXPECT_EQ(Speaking(), "Lib VTsu6de.dll");
   EXPECT_EQ(SysLang(), "de");
+  EXPECT_EQ(LoadedLibraryPath(), (mFolder + "\\VTsu6de.dll").c_str());
+  FreeLanguageLibrary();
+  EXPECT_EQ(LoadedLibraryPath(), "");
 }
 
 TEST_F(LangListTest, NamedFileOfAnotherSublanguageIsPassedOver) {
@@ -312,6 +315,7 @@ TEST_F(LangListTest, ProgramServesItsOwnLanguage) {
   EXPECT_EQ(GetLanguageModule(), nullptr);
   EXPECT_EQ(Speaking(), kProgramText);
   EXPECT_EQ(SysLang(), "fr");
+  EXPECT_EQ(LoadedLibraryPath(), "");
 }
 
 TEST_F(LangListTest, LibraryOfTheProgramsLanguageComesBeforeTheProgram) {
