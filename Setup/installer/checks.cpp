@@ -22,7 +22,7 @@ constexpr char kTestValue[] = "TestKey";
 constexpr const char* kOfficeClasses[] = {"OpusApp",        "PP8FrameClass",  "PP9FrameClass",
                                           "PP10FrameClass", "PP11FrameClass", "PP12FrameClass"};
 
-// Stops the enumeration at a copy of the product that stays.
+// Asks every copy, also behind one that stays: each that quits is one less for the user to close.
 BOOL CALLBACK CheckWindow(HWND window, LPARAM param) {
   char className[64];
   if (GetClassNameA(window, className, sizeof className) == 0) return TRUE;
@@ -30,9 +30,8 @@ BOOL CALLBACK CheckWindow(HWND window, LPARAM param) {
   DWORD_PTR answer = 0;
   const LRESULT sent =
       SendMessageTimeoutA(window, QuitIfNotBusyMessage(), 0, 0, SMTO_ABORTIFHUNG, kAnswerTimeout, &answer);
-  if (sent != 0 && answer == kQuitting) return TRUE;
-  *reinterpret_cast<bool*>(param) = true;
-  return FALSE;
+  if (sent == 0 || answer != kQuitting) *reinterpret_cast<bool*>(param) = true;
+  return TRUE;
 }
 
 // A version number made of digits only; 0 for anything else.

@@ -36,6 +36,17 @@ TEST_F(ChecksTest, OneStayingCopyIsEnough) {
   EXPECT_TRUE(ProductStaysOpen());
 }
 
+TEST_F(ChecksTest, StayingCopyDoesNotSpareTheOthersTheQuestion) {
+  // Whatever the order of the windows, one that stays comes before another.
+  const StandInWindow first("MainVTWin1", 0);
+  const StandInWindow second("MainVTWin2", 0);
+  const StandInWindow third("MainVTWin3", 100);
+  EXPECT_TRUE(ProductStaysOpen());
+  EXPECT_EQ(first.Asked(), 1);
+  EXPECT_EQ(second.Asked(), 1);
+  EXPECT_EQ(third.Asked(), 1);
+}
+
 TEST_F(ChecksTest, NewerVersionNeedsAVersionOfOurOwn) {
   SetRegistryString(HKEY_LOCAL_MACHINE, std::string(kMaker) + "\\KVRX7", "", "");
   EXPECT_EQ(FindNewerVersion(), 0);
