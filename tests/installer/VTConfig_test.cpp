@@ -346,10 +346,11 @@ class ConfigWrite : public ConfigTest {
   VarList mList;
 };
 
-TEST_F(ConfigWrite, NewFileIsReadOnly) {
+TEST_F(ConfigWrite, NewFileIsReadOnlyAndHidden) {
   EXPECT_TRUE(WriteConfiguration(mPath.c_str(), mList));
   EXPECT_TRUE(IsWritten());
   EXPECT_NE(Attributes() & FILE_ATTRIBUTE_READONLY, 0u);
+  EXPECT_NE(Attributes() & FILE_ATTRIBUTE_HIDDEN, 0u);
   EXPECT_EQ(NamesIn(mRoot.Path()), std::vector<std::string>({"VT6.QLC"}));
 }
 

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/files.h"
@@ -101,6 +103,7 @@ TEST(SilentInstall, WritesTheConfigurationFile) {
   EXPECT_EQ(config.Value("InstallFromDir"), setup.Source());
   EXPECT_EQ(config.entries.size(), 9u);
   EXPECT_NE(AttributesOf(setup.ConfigPath()) & FILE_ATTRIBUTE_READONLY, 0u);
+  EXPECT_NE(AttributesOf(setup.ConfigPath()) & FILE_ATTRIBUTE_HIDDEN, 0u);
   EXPECT_FALSE(PathExists(setup.Dest("VT6.tmp")));
 }
 
@@ -425,6 +428,145 @@ TEST(SilentInstall, SwitchVariablesAreMissingWithoutTheirSwitches) {
   ExpectSilent(setup.SilentInstall(), 0);
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\Made", "All"),
             "<lock_ProgDir><InstallNoDlg><NoROMacroErrs><ASSERT><cmd_InstallFromDir>");
+}
+
+// A line of the script for each variable that writes its expanded value.
+std::string WriteVariables(const std::vector<std::string>& names, const std::string& key) {
+  std::string lines;
+  for (const std::string& name : names)
+    lines += "+HKEY_CURRENT_USER\\Software\\Quorvale\\" + key + "\\" + name + "=<" + name + ">\r\n";
+  return lines;
+}
+
+std::optional<std::string> WrittenVariable(const std::string& key, const std::string& name) {
+  return RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\" + key, name);
+}
+
+TEST(SilentInstall, NamesThatComeFromTheTexts) {
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"ServerName", "Serveur Veltrane"},
+      {"ReadMeName", "Notes de mise \xe0 jour de Veltrane"},
+      {"HelpName", "Aide de Veltrane"},
+      {"RemoveName", "Supprimer Veltrane"},
+      {"RemoveWkstnName", "Supprimer Veltrane (Poste de travail)"},
+      {"AppLinkDesc",
+       "Utilisez Veltrane pour cr\xe9"
+       "er des \xe9quations"},
+      {"ServerLinkDesc",
+       "Utilisez Serveur Veltrane pour cr\xe9"
+       "er des \xe9quations et acc\xe9l\xe9rer votre travail sous "
+       "d'autres applications"},
+      {"EqnConvMgrLinkDesc",
+       "Utilisez Gestionnaire de conversion pour d\xe9"
+       "finir les types d'\xe9quations dont l'\xe9"
+       "dition "
+       "sera associ\xe9"
+       "e \xe0 Veltrane"},
+      {"EqnConvMgr", "Gestionnaire de conversion"},
+      {"SetupName", "Installation de Veltrane 6.0c"},
+      {"BackgroundText", "Installation de Veltrane 6.0"},
+  };
+  std::vector<std::string> names;
+  for (const auto& [name, value] : expected) names.push_back(name);
+  SetupRun setup;
+  setup.WriteScript(setup.SimpleScript(WriteVariables(names, "Main"), "", WriteVariables(names, "Startup")));
+  ExpectSilent(setup.SilentInstall(), 0);
+  for (const auto& [name, value] : expected) {
+    EXPECT_EQ(WrittenVariable("Main", name), value);
+    // The language is chosen after the script's first section.
+    EXPECT_EQ(WrittenVariable("Startup", name), "<" + name + ">");
+  }
+}
+
+TEST(SilentInstall, FoldersAreThereForTheFirstSection) {
+  char windows[MAX_PATH] = "";
+  char system[MAX_PATH] = "";
+  GetWindowsDirectoryA(windows, sizeof windows);
+  GetSystemDirectoryA(system, sizeof system);
+  SetupRun setup;
+  const std::string from = setup.Root().MakeFolder("from");
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"WinDir", windows},
+      {"SystemDir", system},
+      {"TempDir", setup.Temp()},
+      {"CurrDir", setup.Source()},
+      {"SetupHelpDir", setup.Source()},
+      {"InfPath", setup.Source("setup.inf")},
+      {"ProgDir", setup.Dest()},
+      {"cmd_ProgDir", setup.Dest()},
+      {"InstallFromDir", from},
+      {"cmd_InstallFromDir", from},
+      {"lock_InstallFromDir", from},
+      {"lock_ProgDir", "<lock_ProgDir>"},
+      {"ConfigPath", "<ConfigPath>"},
+      {"DscFilePath", "<DscFilePath>"},
+      {"BuildNum", "<BuildNum>"},
+  };
+  std::vector<std::string> names;
+  for (const auto& [name, value] : expected) names.push_back(name);
+  setup.WriteScript(setup.SimpleScript(WriteVariables({"HelpFile", "DscFilePath", "BuildNum"}, "Main"), "",
+                                       WriteVariables(names, "Startup")));
+  ExpectSilent(setup.Run("-Q -D " + Quoted(setup.Dest()) + " -S " + Quoted(from)), 0);
+  for (const auto& [name, value] : expected) EXPECT_EQ(WrittenVariable("Startup", name), value);
+  EXPECT_EQ(WrittenVariable("Main", "HelpFile"), setup.Source("setup.chm"));
+  EXPECT_EQ(WrittenVariable("Main", "DscFilePath"), setup.ConfigPath());
+  EXPECT_EQ(WrittenVariable("Main", "BuildNum"), "200707050000");
+}
+
+TEST(SilentInstall, VariablesOfTheScriptAreKeptButForThoseThatAreAlwaysSet) {
+  SetupRun setup;
+  const std::vector<std::string> names = {"ProgName",  "CopyrightYear", "HelpFile", "ReadMeName",
+                                          "SetupName", "BuildNum",      "Version",  "SetupHelpDir"};
+  std::string startup;
+  for (const std::string& name : names) startup += name + "=mine\r\n";
+  setup.WriteScript(setup.SimpleScript(WriteVariables(names, "Main"), "", startup));
+  ExpectSilent(setup.SilentInstall(), 0);
+  for (const char* name : {"ProgName", "CopyrightYear", "HelpFile", "ReadMeName", "SetupName"})
+    EXPECT_EQ(WrittenVariable("Main", name), "mine") << name;
+  EXPECT_EQ(WrittenVariable("Main", "BuildNum"), "200707050000");
+  EXPECT_EQ(WrittenVariable("Main", "Version"), "6.0 (200707050000)");
+  EXPECT_EQ(WrittenVariable("Main", "SetupHelpDir"), setup.Source());
+}
+
+TEST(SilentInstall, ConversionManagerAloneRenamesTheSetupWhateverTheScriptSays) {
+  SetupRun setup;
+  setup.WriteScript(setup.SimpleScript("", "", "SetupName=mine\r\nBackgroundText=mine\r\n") +
+                    "[shutdown]\r\n" + WriteVariables({"SetupName", "BackgroundText"}, "End"));
+  ExpectSilent(setup.Run("-OLEMGR -Q -D " + Quoted(setup.Dest())), 0);
+  EXPECT_EQ(WrittenVariable("End", "SetupName"), "Gestionnaire de conversion");
+  EXPECT_EQ(WrittenVariable("End", "BackgroundText"), "Gestionnaire de conversion");
+}
+
+TEST(SilentInstall, UsersSettingsWinOverTheMachinesAndThoseOverTheScript) {
+  SetupRun setup;
+  for (const char* name : {"OnlyMachine", "Both"})
+    SetRegistryString(HKEY_LOCAL_MACHINE, std::string(kMachineKey) + "\\Config", name, "machine");
+  SetRegistryString(HKEY_CURRENT_USER, std::string(kMachineKey) + "\\Config", "Both", "user");
+  SetRegistryString(HKEY_LOCAL_MACHINE, std::string(kMachineKey) + "\\Config", "Empty", "");
+  setup.WriteScript(setup.SimpleScript(WriteVariables({"OnlyMachine", "Both", "Empty"}, "Main"), "",
+                                       "OnlyMachine=script\r\nBoth=script\r\nEmpty=script\r\n"));
+  ExpectSilent(setup.SilentInstall(), 0);
+  EXPECT_EQ(WrittenVariable("Main", "OnlyMachine"), "machine");
+  EXPECT_EQ(WrittenVariable("Main", "Both"), "user");
+  EXPECT_EQ(WrittenVariable("Main", "Empty"), "script");
+}
+
+TEST(SilentInstall, ConfigurationFilesAreTriedInThreeFoldersAndTheFoundOneIsNamed) {
+  SetupRun setup;
+  setup.AddFile("a.txt", "alpha");
+  setup.WriteScript(setup.SimpleScript(WriteVariables({"ConfigPath"}, "Main")));
+  const std::string from = setup.Root().MakeFolder("from");
+  WriteWholeFile(from + "\\a.txt", "alpha");
+  WriteWholeFile(setup.Source("VT6.QLC"), EncodeConfig({{"QLCMajVersion", "5"}, {"Old", "five"}}));
+  WriteWholeFile(from + "\\VT6.QLC", EncodeConfig({{"QLCMajVersion", "6"}, {"Old", "six"}}));
+  const RunOutcome outcome = setup.Run("-Q -D " + Quoted(setup.Dest()) + " -S " + Quoted(from));
+  ExpectSilent(outcome, 0);
+  EXPECT_TRUE(outcome.Logged("Opening config file at " + setup.Dest("VT6.qlc") +
+                             ": Failed\nOpening config file at " + setup.Source("VT6.qlc") +
+                             ": Failed\nOpening config file at " + from + "\\VT6.qlc: Success\n"))
+      << outcome.log;
+  EXPECT_EQ(WrittenVariable("Main", "ConfigPath"), from + "\\VT6.qlc");
+  EXPECT_EQ(DecodeConfig(ReadWholeFile(setup.ConfigPath())).Value("Old"), "six");
 }
 
 // Only a silent run without a destination looks for earlier versions.
