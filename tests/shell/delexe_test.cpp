@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstdarg>
+#include <cstdio>
 #include <string>
 
+#include "base/handle.h"
 #include "base/hooks.h"
 #include "messages/varlist.h"
 #include "support/assert_recorder.h"
@@ -18,7 +21,7 @@ namespace {
 
 constexpr char kWinDirVariable[] = "VT_DELEXE_WINDIR";
 constexpr char kRefusalsVariable[] = "VT_DELEXE_REFUSALS";
-constexpr char kAssertsVariable[] = "VT_DELEXE_ASSERTS";
+constexpr char kNotesVariable[] = "VT_DELEXE_NOTES";
 
 std::string Variable(const char* name) {
   char value[MAX_PATH] = "";
@@ -26,32 +29,69 @@ std::string Variable(const char* name) {
   return value;
 }
 
-BOOL WINAPI RefusedThreadPriority(HANDLE, int) { return FALSE; }
-BOOL WINAPI RefusedClass(HANDLE, DWORD) { return FALSE; }
-decltype(&CloseHandle) gCloseHandle = nullptr;
-// Closes and yet reports a failure.
-BOOL WINAPI RefusedClose(HANDLE handle) {
-  gCloseHandle(handle);
-  return FALSE;
-}
-
-// Writes the assertions into a file, one in a line.
-std::string gAsserts;
-void NoteAssert(const char* text, const char*, int) {
-  gAsserts += text;
-  gAsserts += '\n';
+// What the program calls and asserts, one in a line.
+std::string gNotes;
+void Note(const char* format, ...) __attribute__((format(printf, 1, 2)));
+void Note(const char* format, ...) {
+  char text[1024];
+  va_list args;
+  va_start(args, format);
+  vsnprintf(text, sizeof text, format, args);
+  va_end(args);
+  gNotes += text;
+  gNotes += '\n';
 }
 
 void NoteAsserts() {
   HookTable hooks = Hooks();
-  hooks.assertFailed = NoteAssert;
+  hooks.assertFailed = [](const char* text, const char*, int) { Note("%s", text); };
   SetHooks(hooks);
 }
 
+decltype(&CreateProcessA) gCreateProcess = nullptr;
+bool gStarted = false;
+BOOL WINAPI NotedStart(LPCSTR program, LPSTR commandLine, LPSECURITY_ATTRIBUTES process,
+                       LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags, LPVOID environment,
+                       LPCSTR folder, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION info) {
+  gStarted = true;
+  Note("CreateProcess %s, flags 0x%lx, start-up flags %lu, show %u", commandLine, flags, startup->dwFlags,
+       startup->wShowWindow);
+  return gCreateProcess(program, commandLine, process, thread, inherit, flags, environment, folder, startup,
+                        info);
+}
+
+BOOL WINAPI RefusedThreadPriority(HANDLE, int priority) {
+  Note("SetThreadPriority %d", priority);
+  return FALSE;
+}
+
+BOOL WINAPI RefusedClass(HANDLE, DWORD priorityClass) {
+  Note("SetPriorityClass 0x%lx", priorityClass);
+  return FALSE;
+}
+
+decltype(&ResumeThread) gResumeThread = nullptr;
+DWORD WINAPI NotedResume(HANDLE thread) {
+  Note("ResumeThread");
+  return gResumeThread(thread);
+}
+
+decltype(&CloseHandle) gCloseHandle = nullptr;
+// Closes and yet reports a failure.
+BOOL WINAPI RefusedClose(HANDLE handle) {
+  if (gStarted) Note("CloseHandle");
+  gCloseHandle(handle);
+  return FALSE;
+}
+
 void DeleteWithRefusals() {
+  const ImportDouble starting("CreateProcessA", reinterpret_cast<void*>(&NotedStart));
   const ImportDouble priority("SetThreadPriority", reinterpret_cast<void*>(&RefusedThreadPriority));
   const ImportDouble priorityClass("SetPriorityClass", reinterpret_cast<void*>(&RefusedClass));
+  const ImportDouble resuming("ResumeThread", reinterpret_cast<void*>(&NotedResume));
   const ImportDouble closing("CloseHandle", reinterpret_cast<void*>(&RefusedClose));
+  gCreateProcess = reinterpret_cast<decltype(&CreateProcessA)>(starting.Original());
+  gResumeThread = reinterpret_cast<decltype(&ResumeThread)>(resuming.Original());
   gCloseHandle = reinterpret_cast<decltype(&CloseHandle)>(closing.Original());
   DeleteProgramOnExit();
 }
@@ -67,8 +107,8 @@ bool RunAsCopy() {
     DeleteProgramOnExit();
   else
     DeleteWithRefusals();
-  const std::string file = Variable(kAssertsVariable);
-  if (!file.empty()) WriteWholeFile(file, gAsserts);
+  const std::string file = Variable(kNotesVariable);
+  if (!file.empty()) WriteWholeFile(file, gNotes);
   ExitProcess(0);
 }
 [[maybe_unused]] const bool gIsCopy = RunAsCopy();
@@ -79,7 +119,7 @@ class DeleteProgram : public testing::Test {
     SetEnvironmentVariableA(kWinDirVariable, mWindows.c_str());
   }
   ~DeleteProgram() override {
-    for (const char* name : {kWinDirVariable, kRefusalsVariable, kAssertsVariable})
+    for (const char* name : {kWinDirVariable, kRefusalsVariable, kNotesVariable})
       SetEnvironmentVariableA(name, nullptr);
   }
 
@@ -110,6 +150,21 @@ class DeleteProgram : public testing::Test {
 TEST_F(DeleteProgram, ProgramAndBatchDisappear) {
   const std::string program = MakeProgram("plain");
   RunProgram(program);
+  EXPECT_TRUE(AllGone(program));
+}
+
+TEST_F(DeleteProgram, BatchRepeatsUntilTheProgramIsGone) {
+  const std::string program = MakeProgram("with some blanks");
+  {
+    // As long as somebody holds the program, the batch cannot delete it.
+    const FileHandle held(
+        CreateFileA(program.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(held);
+    RunProgram(program);
+    EXPECT_EQ(ReadWholeFile(Batch()), ":Repeat\r\ndel \"" + program + "\"\r\nif exist \"" + program +
+                                          "\" goto Repeat\r\ndel \"" + Batch() + "\"\r\n");
+    EXPECT_TRUE(PathExists(program));
+  }
   EXPECT_TRUE(AllGone(program));
 }
 
@@ -171,23 +226,25 @@ TEST_F(DeleteProgram, ProgramThatStaysKeepsItsAttributes) {
 TEST_F(DeleteProgram, EachRefusedCallAssertsAndTheProgramGoesAllTheSame) {
   const std::string program = MakeProgram("plain");
   SetEnvironmentVariableA(kRefusalsVariable, "1");
-  SetEnvironmentVariableA(kAssertsVariable, mRoot.Join("asserts").c_str());
+  SetEnvironmentVariableA(kNotesVariable, mRoot.Join("notes").c_str());
   RunProgram(program);
   EXPECT_TRUE(AllGone(program));
-  EXPECT_EQ(mRoot.Read("asserts"),
-            "SetThreadPriority(pi.hThread,(-15))\n"
-            "SetThreadPriority(GetCurrentThread(),15)\n"
-            "SetPriorityClass(GetCurrentProcess(),0x00000080)\n"
-            "CloseHandle(pi.hProcess)\n"
-            "CloseHandle(pi.hThread)\n");
+  EXPECT_EQ(mRoot.Read("notes"),
+            "CreateProcess \"" + Batch() + "\", flags 0x44, start-up flags 1, show 0\n" +
+                "SetThreadPriority -15\nSetThreadPriority(pi.hThread,(-15))\n"
+                "SetThreadPriority 15\nSetThreadPriority(GetCurrentThread(),15)\n"
+                "SetPriorityClass 0x80\nSetPriorityClass(GetCurrentProcess(),0x00000080)\n"
+                "CloseHandle\nCloseHandle(pi.hProcess)\n"
+                "ResumeThread\n"
+                "CloseHandle\nCloseHandle(pi.hThread)\n");
 }
 
 TEST_F(DeleteProgram, MissingWindowsFolderAsserts) {
   const std::string program = MakeProgram("plain");
   SetEnvironmentVariableA(kWinDirVariable, "-");
-  SetEnvironmentVariableA(kAssertsVariable, mRoot.Join("asserts").c_str());
+  SetEnvironmentVariableA(kNotesVariable, mRoot.Join("notes").c_str());
   RunProgram(program, mWindows);
-  EXPECT_EQ(mRoot.Read("asserts"), "AppGetVariable(sWinDir,winDir)\n");
+  EXPECT_EQ(mRoot.Read("notes"), "AppGetVariable(sWinDir,winDir)\n");
   // The batch then lies in the current folder.
   EXPECT_TRUE(AllGone(program));
 }
