@@ -106,6 +106,15 @@ Str PlainCaption(HWND dialog, int id) {
   return caption;
 }
 
+// Takes away the box and the line that explains it; the plain dialog has neither.
+void WithdrawReadMeOffer(HWND dialog) {
+  CheckDlgButton(dialog, IDC_FINISH_README, BST_UNCHECKED);
+  for (const int id : {IDC_FINISH_README, IDC_FINISH_README_HINT}) {
+    const HWND control = GetDlgItem(dialog, id);
+    if (control != nullptr) ShowWindow(control, SW_HIDE);
+  }
+}
+
 void OnOpen(HWND dialog, FinishDialogState& state) {
   CheckDlgButton(dialog, IDC_FINISH_README, BST_CHECKED);
   CheckDlgButton(dialog, IDC_FINISH_LAUNCH, BST_CHECKED);
@@ -116,11 +125,7 @@ void OnOpen(HWND dialog, FinishDialogState& state) {
   }
   AppSetVariable("Readme_RestartBtn", PlainCaption(dialog, IDOK));
   FillWindowTexts(dialog, AppVars(), true);
-  const HWND readMe = GetDlgItem(dialog, IDC_FINISH_README);
-  if (readMe != nullptr && !HasReadMe()) {
-    CheckDlgButton(dialog, IDC_FINISH_README, BST_UNCHECKED);
-    ShowWindow(readMe, SW_HIDE);
-  }
+  if (!HasReadMe()) WithdrawReadMeOffer(dialog);
   CentreWindow(dialog);
 }
 

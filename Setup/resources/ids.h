@@ -85,6 +85,7 @@
 #define IDC_FINISH_LAUNCH 161
 #define IDC_FINISH_README 162
 #define IDC_FINISH_NOTICE 163
+#define IDC_FINISH_README_HINT 164
 
 /* texts: first ids of runs that end with "!END!" */
 #define IDS_REMOVAL_OPTION_TEXTS 1536

@@ -25,15 +25,23 @@ bool RecordLanguage(const Str& text) {
          IniClose(store);
 }
 
+// The script's argument with its folder, that of the program when it names none.
+Str LibraryPattern(const char* given) {
+  Str text(given);
+  AppVars().Expand(text);
+  if (text.FindLast('\\') >= 0) return text;
+  Str path = AppGetExpanded("CurrDir");
+  path += '\\';
+  path.Append(text);
+  return path;
+}
+
 }  // namespace
 
 bool ChooseProductLanguage(const char* pattern) {
-  Str text(pattern);
-  AppVars().Expand(text);
-  if (text.FindLast('\\') < 0) return false;
-  FSPath path(text);
+  FSPath path(LibraryPattern(pattern));
   if (!path.MakeFull()) return false;
-  const std::vector<int32_t> languages = ListLanguages(path.Parent(), true, path.FileName());
+  const std::vector<int32_t> languages = ListProductLanguages(path.Parent(), path.FileName());
   const int32_t chosen = PickLanguage(languages);
   if (chosen < 0 || static_cast<size_t>(chosen) >= languages.size()) return false;
   const int32_t language = languages[static_cast<size_t>(chosen)];

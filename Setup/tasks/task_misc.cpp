@@ -80,10 +80,9 @@ int32_t Task_test_overwrite_old_app(const char* name, const char* args, void* da
 }
 
 int32_t Task_ask_choose_lang(const char* name, const char* args, void* data) {
-  std::vector<Str> fields;
   if (!TaskActsNow(name, args, data)) return 1;
   LogTaskEntry(name, args);
-  if (!TaskArgs(name, args, 1, fields)) return 1;
-  if (!ChooseProductLanguage(fields[0])) LogUnknownArgs(name);
+  const std::vector<Str> fields = TaskArgs(name, args);
+  if (!ChooseProductLanguage(fields.empty() ? Str() : fields[0])) LogUnknownArgs(name);
   return 1;
 }

@@ -9,6 +9,7 @@
 #include "messages/varlist.h"
 #include "platform/fileversion.h"
 #include "platform/folders.h"
+#include "platform/fs.h"
 #include "platform/fsdirit.h"
 #include "platform/fspath.h"
 #include "stores/ini.h"
@@ -71,6 +72,24 @@ bool IsLibraryName(const Str& name, const Str& prefix) {
   return path.GetExtension(ext) && ext.ICompare(kLibraryExt) == 0;
 }
 
+// Which files count as the product's libraries.
+struct LibraryNames {
+  Str prefix;
+  Str pattern;
+};
+
+// The script may name the libraries otherwise than the product does: what stands before the pattern's first
+// wildcard takes the place of the product's prefix, and a bare beginning such as "VT6" stands for all names
+// that begin so.
+LibraryNames NamesOf(const char* given) {
+  LibraryNames names = {Str(), Str(given)};
+  if (names.pattern.View().find_first_of("*?.") == std::string_view::npos) names.pattern += '*';
+  const size_t head = names.pattern.View().find_first_of("*?");
+  names.prefix = names.pattern.View().substr(0, head);
+  if (names.prefix.IsEmpty()) names.prefix = LibraryPrefix(true);
+  return names;
+}
+
 // Calls visitor(path) for each library of the prefix in the folder until it returns false. An unusable prefix
 // has none.
 template <class Visitor>
@@ -100,25 +119,55 @@ bool IsProgramLanguage(int32_t language) {
   return Folders::GetModulePath(path) && IsLibraryOf(path, language);
 }
 
-// The file named after the language, else the first of the prefix whose own language it is; empty when there
-// is none.
+// The path that the name of the language gives its library; empty when there is no such file.
+Str NamedLibrary(const Str& folder, const Str& prefix, const Str& abbreviation) {
+  if (abbreviation.IsEmpty()) return Str();
+  Str name = prefix;
+  name += abbreviation;
+  name += kLibraryExt;
+  const Str path = JoinPath(folder, name);
+  return FSPath(path).IsFullPath() && FS::IsFile(path) ? path : Str();
+}
+
+// A file without a version says nothing against its name.
+bool SaysNoLanguage(const Str& path) {
+  bool several = false;
+  return GetFileLanguage(path, several) == kNoLanguage && !several;
+}
+
+// The file named after the language, else the first of the prefix whose own language it is, else the named
+// one if it tells no language; empty when there is none.
 Str FindLibrary(const Str& folder, int32_t language, const Str& abbreviation) {
   const Str prefix = LibraryPrefix(false);
   if (prefix.IsEmpty() || folder.IsEmpty()) return Str();
-  if (!abbreviation.IsEmpty()) {
-    Str name = prefix;
-    name += abbreviation;
-    name += kLibraryExt;
-    const Str path = JoinPath(folder, name);
-    if (FSPath(path).IsFullPath() && IsLibraryOf(path, language)) return path;
-  }
+  const Str named = NamedLibrary(folder, prefix, abbreviation);
+  if (!named.IsEmpty() && IsLibraryOf(named, language)) return named;
   Str found;
   ForEachLibrary(folder, prefix, [&](const Str& path) {
     if (!IsLibraryOf(path, language)) return true;
     found = path;
     return false;
   });
+  if (found.IsEmpty() && !named.IsEmpty() && SaysNoLanguage(named)) found = named;
   return found;
+}
+
+// The languages of the libraries, each once, and the program's own.
+std::vector<int32_t> ListLibraries(const char* folder, const Str& prefix, const char* pattern) {
+  std::vector<int32_t> list;
+  list.reserve(kListGrowth);
+  const auto add = [&list](int32_t language) {
+    if (language == kNoLanguage) return;
+    for (const int32_t known : list)
+      if (known == language) return;
+    list.push_back(language);
+  };
+  ForEachLibrary(folder, prefix, [&](const Str& path) {
+    if (MatchesPattern(FSPath(path).FileName(), pattern)) add(ModuleLanguage(path));
+    return true;
+  });
+  add(ModuleLanguage(nullptr));
+  return list;
 }
 
 void UseLibrary(std::unique_ptr<CLangLib> library) {
@@ -155,7 +204,7 @@ int32_t WantedLanguage() {
 
 // The available language that comes nearest to the wanted one.
 bool LoadBest(int32_t wanted) {
-  const std::vector<int32_t> list = ListLanguages(AppGetExpanded("CurrDir"), false);
+  const std::vector<int32_t> list = ListLanguages(AppGetExpanded("CurrDir"));
   const int32_t best = BestIndex(list, wanted);
   if (best < 0) return false;
   const int32_t language = list[static_cast<size_t>(best)];
@@ -242,21 +291,13 @@ int32_t ModuleLanguage(const char* path) {
   return language;
 }
 
-std::vector<int32_t> ListLanguages(const char* folder, bool product, const char* pattern) {
-  std::vector<int32_t> list;
-  list.reserve(kListGrowth);
-  const auto add = [&list](int32_t language) {
-    if (language == kNoLanguage) return;
-    for (const int32_t known : list)
-      if (known == language) return;
-    list.push_back(language);
-  };
-  ForEachLibrary(folder, LibraryPrefix(product), [&](const Str& path) {
-    if (!pattern || MatchesPattern(FSPath(path).FileName(), pattern)) add(ModuleLanguage(path));
-    return true;
-  });
-  add(ModuleLanguage(nullptr));
-  return list;
+std::vector<int32_t> ListLanguages(const char* folder) {
+  return ListLibraries(folder, LibraryPrefix(false), "*");
+}
+
+std::vector<int32_t> ListProductLanguages(const char* folder, const char* pattern) {
+  const LibraryNames names = NamesOf(pattern);
+  return ListLibraries(folder, names.prefix, names.pattern);
 }
 
 bool LoadLanguage(int32_t language) {

@@ -44,12 +44,15 @@ Str LibraryPrefix(bool product);
 // Language of a library file, or of the running program when `path` is null: that of the one translation in
 // its version resource. Any other number of them asserts and gives kNoLanguage.
 int32_t ModuleLanguage(const char* path);
-// The languages of the libraries in `folder` (a full path), each once, in the folder's order, and the
-// program's own. `pattern` ("VT6*.dll"), when given, restricts the files.
-std::vector<int32_t> ListLanguages(const char* folder, bool product, const char* pattern = nullptr);
+// The languages of the setup's libraries in `folder` (a full path), each once, in the folder's order, and the
+// program's own.
+std::vector<int32_t> ListLanguages(const char* folder);
+// The same of the product's libraries. `pattern` names the files: "VT6*.dll", or what their names begin with.
+// A pattern that begins with a wildcard, or is empty, takes those with the product's prefix.
+std::vector<int32_t> ListProductLanguages(const char* folder, const char* pattern);
 // Loads the library for `language` from CurrDir: the file named after the language when it really is of that
-// language, else the first library that is. Without one the program itself serves its own language. Sets
-// SysLang.
+// language, else the first library that is, else the named file if it has no version to tell its language.
+// Without one the program itself serves its own language. Sets SysLang.
 [[nodiscard]] bool LoadLanguage(int32_t language);
 // The whole choice at start-up, with its log lines.
 [[nodiscard]] bool ChooseAndLoadLanguage();

@@ -471,6 +471,7 @@ TEST_F(FinishTest, WithoutReleaseNotesTheOfferIsHidden) {
   run.Dialog(IDC_MAIN_INSTALL).End(IDOK);
   const Driven dialog = run.Dialog(IDC_FINISH_README);
   EXPECT_FALSE(dialog.Visible(IDC_FINISH_README));
+  EXPECT_FALSE(dialog.Visible(IDC_FINISH_README_HINT));
   dialog.Click(IDC_FINISH_LAUNCH);
   dialog.End(IDOK);
   EXPECT_TRUE(run.End().Logged("User chose NOT to display the ReadMe.\n"));

@@ -193,7 +193,9 @@ TEST_F(FinishTest, ReadMeDialogIsFilled) {
       EXPECT_EQ(TextOf(GetDlgItem(dialog, IDC_FINISH_LAUNCH)), "&D\xe9marrer Veltrane maintenant");
       EXPECT_FALSE(TextOf(GetDlgItem(dialog, IDC_FINISH_NOTICE)).empty());
       EXPECT_EQ(WeightOf(GetDlgItem(dialog, IDC_FINISH_NOTICE)), 700);
-      EXPECT_TRUE(HasText(dialog, "Choisissez \"OK\" pour visualiser ces informations maintenant."));
+      EXPECT_EQ(TextOf(GetDlgItem(dialog, IDC_FINISH_README_HINT)),
+                "Choisissez \"OK\" pour visualiser ces informations maintenant.");
+      EXPECT_TRUE(IsWindowVisible(GetDlgItem(dialog, IDC_FINISH_README_HINT)));
       SendDlgItemMessageA(dialog, IDC_FINISH_LAUNCH, BM_CLICK, 0, 0);
       SendDlgItemMessageA(dialog, IDC_FINISH_README, BM_CLICK, 0, 0);
       Press(dialog, IDOK);
@@ -221,11 +223,12 @@ TEST_F(FinishTest, RestartDialogIsFilled) {
   EXPECT_TRUE(Contains(Log(), "Openning ReadMe on restart."));
 }
 
-TEST_F(FinishTest, RestartDialogWithoutAReadMeHidesTheBox) {
+TEST_F(FinishTest, RestartDialogWithoutAReadMeHidesTheBoxAndItsHint) {
   ::Run().restartNeeded = true;
   {
     Answerer answerer(kCaption, [](HWND dialog) {
       EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, IDC_FINISH_README)));
+      EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, IDC_FINISH_README_HINT)));
       Press(dialog, IDCANCEL);
     });
     RunFinishingStep();

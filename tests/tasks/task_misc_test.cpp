@@ -159,14 +159,18 @@ TEST_F(MiscTasks, ALanguageThatCannotBeRecordedIsLogged) {
   EXPECT_TRUE(Holds(Log(), "The chosen language could not be recorded.\n"));
 }
 
-TEST_F(MiscTasks, AnArgumentWithoutAFolderIsUnknown) {
-  Choose("VT6*.dll");
-  EXPECT_EQ(Log(),
-            "  Task_ask_choose_lang(name: ask_choose_lang, args: VT6*.dll)\n"
-            "The arguments for the task ask_choose_lang in Setup.inf are unknown.\n");
-  EXPECT_FALSE(AppVariableExists("CurLangAbbrev"));
-  Choose("");
-  EXPECT_TRUE(Holds(Log(), "The arguments for the task ask_choose_lang in Setup.inf are unknown.\n"));
+TEST_F(MiscTasks, WithoutAFolderTheProgramsIsSearched) {
+  const RegistryGuard guard(HKEY_CURRENT_USER, "Software\\VeltraneTest");
+  AppSetVariable("MachRegKey", "REG*HKEY_CURRENT_USER\\Software\\VeltraneTest");
+  MakeProductLibrary("VT6de.dll", 0x0407);
+  AppSetVariable("CurrDir", mDir.Join("libs").c_str());
+  BeSilent();
+  for (const std::string args : {"VT6*.dll", ""}) {
+    AppSetVariable("CurLangAbbrev", "");
+    Choose(args);
+    EXPECT_EQ(AppGetExpanded("CurLangAbbrev"), "de") << args;
+    EXPECT_EQ(Log(), "  Task_ask_choose_lang(name: ask_choose_lang, args: " + args + ")\n");
+  }
 }
 
 }  // namespace

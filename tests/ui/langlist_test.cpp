@@ -70,8 +70,9 @@ class LangListTest : public UiTest {
     Str value;
     return AppGetVariable("SysLang", value) ? value.Chars() : "(unset)";
   }
-  std::vector<int32_t> List(bool product = false, const char* pattern = nullptr) {
-    return ListLanguages(mFolder.c_str(), product, pattern);
+  std::vector<int32_t> List() { return ListLanguages(mFolder.c_str()); }
+  std::vector<int32_t> ListProduct(const char* pattern) {
+    return ListProductLanguages(mFolder.c_str(), pattern);
   }
 
   std::string mFolder;
@@ -202,7 +203,7 @@ TEST_F(LangListTest, NoVersionResourceAssertsAndIsNoLanguage) {
 TEST_F(LangListTest, EmptyFolderListsTheProgram) { EXPECT_EQ(List(), std::vector<int32_t>{kOwn}); }
 
 TEST_F(LangListTest, MissingFolderListsTheProgram) {
-  EXPECT_EQ(ListLanguages(mDir.Join("missing").c_str(), false), std::vector<int32_t>{kOwn});
+  EXPECT_EQ(ListLanguages(mDir.Join("missing").c_str()), std::vector<int32_t>{kOwn});
 }
 
 TEST_F(LangListTest, LibrariesAreListedBeforeTheProgram) {
@@ -238,18 +239,36 @@ TEST_F(LangListTest, OtherFilesAreNotListed) {
 TEST_F(LangListTest, ProductsLibrariesHaveTheirOwnPrefix) {
   AddLibrary("VT6de.dll", kGerman);
   AddLibrary("VTsu6en.dll", 0x0409);
-  EXPECT_EQ(List(true), (std::vector<int32_t>{kGerman, kOwn}));
+  EXPECT_EQ(ListProduct(""), (std::vector<int32_t>{kGerman, kOwn}));
 }
 
 TEST_F(LangListTest, PatternRestrictsTheFiles) {
   AddLibrary("VT6de.dll", kGerman);
   AddLibrary("VT6en.dll", 0x0409);
-  EXPECT_EQ(List(true, "vt6D*.dll"), (std::vector<int32_t>{kGerman, kOwn}));
-  EXPECT_EQ(List(true, "VT6??.dll"), (std::vector<int32_t>{kGerman, 0x0409, kOwn}));
-  EXPECT_EQ(List(true, "*"), (std::vector<int32_t>{kGerman, 0x0409, kOwn}));
-  EXPECT_EQ(List(true, "*n.d*l"), (std::vector<int32_t>{0x0409, kOwn}));
-  EXPECT_EQ(List(true, "VT6?.dll"), std::vector<int32_t>{kOwn});
-  EXPECT_EQ(List(true, "VT6de.dl"), std::vector<int32_t>{kOwn});
+  EXPECT_EQ(ListProduct("vt6D*.dll"), (std::vector<int32_t>{kGerman, kOwn}));
+  EXPECT_EQ(ListProduct("VT6??.dll"), (std::vector<int32_t>{kGerman, 0x0409, kOwn}));
+  EXPECT_EQ(ListProduct("*"), (std::vector<int32_t>{kGerman, 0x0409, kOwn}));
+  EXPECT_EQ(ListProduct("*n.d*l"), (std::vector<int32_t>{0x0409, kOwn}));
+  EXPECT_EQ(ListProduct("VT6?.dll"), std::vector<int32_t>{kOwn});
+  EXPECT_EQ(ListProduct("VT6de.dl"), std::vector<int32_t>{kOwn});
+}
+
+TEST_F(LangListTest, BeginningWithoutAWildcardStandsForAllSuchNames) {
+  AddLibrary("VT6de.dll", kGerman);
+  AddLibrary("VT7en.dll", 0x0409);
+  EXPECT_EQ(ListProduct("VT6"), (std::vector<int32_t>{kGerman, kOwn}));
+  EXPECT_EQ(ListProduct("VT"), (std::vector<int32_t>{kGerman, 0x0409, kOwn}));
+  EXPECT_EQ(ListProduct("VT6de.dll"), (std::vector<int32_t>{kGerman, kOwn}));
+}
+
+TEST_F(LangListTest, PatternOfItsOwnTakesThePlaceOfTheProductsPrefix) {
+  AddLibrary("VT6de.dll", kGerman);
+  AddLibrary("VTsu6de.dll", kGerman);
+  AddLibrary("Menus-en.dll", 0x0409);
+  AddLibrary("Menus-it.txt", 0x0410);
+  EXPECT_EQ(ListProduct("menus-*.dll"), (std::vector<int32_t>{0x0409, kOwn}));
+  EXPECT_EQ(ListProduct("Menus*"), (std::vector<int32_t>{0x0409, kOwn}));
+  EXPECT_EQ(ListProduct("*-en.dll"), std::vector<int32_t>{kOwn});
 }
 
 TEST_F(LangListTest, LibraryOfTwoLanguagesIsNotListed) {
@@ -267,7 +286,7 @@ TEST_F(LangListTest, RelativeFolderAsserts) {
   AddLibrary("VTsu6de.dll", kGerman);
   {
     AssertRecorder recorder;
-    EXPECT_EQ(ListLanguages("libs", false), std::vector<int32_t>{kOwn});
+    EXPECT_EQ(ListLanguages("libs"), std::vector<int32_t>{kOwn});
     EXPECT_EQ(recorder.Only(), "langLibPath.IsFullPath()");
   }
   EXPECT_TRUE(FS::SetCurDir(former));
@@ -329,6 +348,29 @@ TEST_F(LangListTest, FileThatIsNoLibraryIsPassedOver) {
   AddLibrary("VTsu6x.dll", kGerman);
   ASSERT_TRUE(LoadLanguage(kGerman));
   EXPECT_EQ(Speaking(), "Lib VTsu6x.dll");
+}
+
+TEST_F(LangListTest, NamedFileWithoutAVersionIsLoadedWhenNoOtherIsOfTheLanguage) {
+  MakeFileWithoutVersion(mFolder + "\\VTsu6de.dll");
+  ASSERT_TRUE(LoadLanguage(kGerman));
+  EXPECT_EQ(Speaking(), "x");
+  EXPECT_EQ(SysLang(), "de");
+  AddLibrary("VTsu6x.dll", kGerman);
+  ASSERT_TRUE(LoadLanguage(kGerman));
+  EXPECT_EQ(Speaking(), "Lib VTsu6x.dll");
+}
+
+TEST_F(LangListTest, NamedFileOfTwoLanguagesIsNotLoaded) {
+  MakeLanguageFile(mFolder + "\\VTsu6de.dll", {kGerman, 0x0410});
+  EXPECT_FALSE(LoadLanguage(kGerman));
+}
+
+TEST_F(LangListTest, NamedFileThatIsNoLibraryIsNotLoaded) {
+  WriteWholeFile(mFolder + "\\VTsu6de.dll", "not a library");
+  EXPECT_FALSE(LoadLanguage(kGerman));
+  WriteWholeFile(mFolder + "\\VTsu6fr.dll", "");
+  ASSERT_TRUE(LoadLanguage(kOwn));
+  EXPECT_EQ(Speaking(), kProgramText);
 }
 
 TEST_F(LangListTest, LoadingAnotherLanguageFreesTheFormer) {
