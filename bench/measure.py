@@ -21,18 +21,6 @@ SIZE_LIMIT = 500 * 1000  # bytes of Setup.exe
 FILES_IN_FOLDER = 100
 FILE_SIZE = 1000
 
-STARTUP = r"""[startup]
-AppName=Veltrane
-MajVersion=6
-MinVersion=0
-ShortAppKey=VT
-CompanyKey=KV
-AppProgName=Veltrane
-MachRegKey=REG*HKEY_LOCAL_MACHINE\Software\Quorvale\KVRX6
-UserRegKey=REG*HKEY_CURRENT_USER\Software\Quorvale\KVRX6
-ClassId={5D1E2C40-7A35-4B0E-9C11-3F6A8E0B7D26}
-"""
-
 
 class Failure(Exception):
     pass
@@ -44,7 +32,7 @@ def file_name(number):
 
 def script(count, last_line=""):
     """A script that lists `count` files; `last_line` ends its main section."""
-    lines = [STARTUP + "[easy_install]"] + ["file%05d" % i for i in range(count)]
+    lines = [benchlib.STARTUP + "[easy_install]"] + ["file%05d" % i for i in range(count)]
     lines += [last_line, "[files]", "none=1,none,<ProgDir>\\none,0"]
     lines += ["file%05d=1,%s,<ProgDir>\\%s,%d" % (i, file_name(i), file_name(i), FILE_SIZE) for i in range(count)]
     return "\n".join(lines) + "\n"

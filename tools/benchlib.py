@@ -31,6 +31,19 @@ HELPERS = os.path.join(BIN, "helpers")
 
 TIMED_OUT = 124
 
+# What every script of a test begins with: the product's identity.
+STARTUP = r"""[startup]
+AppName=Veltrane
+MajVersion=6
+MinVersion=0
+ShortAppKey=VT
+CompanyKey=KV
+AppProgName=Veltrane
+MachRegKey=REG*HKEY_LOCAL_MACHINE\Software\Quorvale\KVRX6
+UserRegKey=REG*HKEY_CURRENT_USER\Software\Quorvale\KVRX6
+ClassId={5D1E2C40-7A35-4B0E-9C11-3F6A8E0B7D26}
+"""
+
 
 class BenchError(Exception):
     """The bench itself failed, not the program under test."""

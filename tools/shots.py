@@ -22,18 +22,6 @@ LANGUAGES = {
     "en": ("C.UTF-8", "0x0409,en"),
 }
 
-STARTUP = r"""[startup]
-AppName=Veltrane
-MajVersion=6
-MinVersion=0
-ShortAppKey=VT
-CompanyKey=KV
-AppProgName=Veltrane
-MachRegKey=REG*HKEY_LOCAL_MACHINE\Software\Quorvale\KVRX6
-UserRegKey=REG*HKEY_CURRENT_USER\Software\Quorvale\KVRX6
-ClassId={C60857EB-FDFC-49B5-B705-033F54CED203}
-"""
-
 MAIN, PROGRESS, ANSWER_YES, CREATE, NAME, OLE, LANGUAGE, OLD, LAUNCH, README = (
     101, 22, 6, 1101, 121, 131, 141, 151, 161, 162)
 MESSAGE, OLE_DETAILS, DETAILS = 20, 137, 171
@@ -68,7 +56,7 @@ class Studio:
         lines = "".join("%s=%d,%s,<ProgDir>\\%s,%d\n" % (name, disk, name, name, size or 10) for name, disk in files)
         keys = "".join(name + "\n" for name, _ in files)
         return "%sAppLang=%s\n%s[easy_install]\n%s%s[remove]\n%s[wkstation_install]\nX=1\n[files]\nnone=1,a,b,1\n%s" % (
-            STARTUP, self.app_lang, startup, keys, install, keys, lines)
+            benchlib.STARTUP, self.app_lang, startup, keys, install, keys, lines)
 
     # ---- running and looking ----
 

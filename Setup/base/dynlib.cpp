@@ -3,24 +3,11 @@
 #include <cstring>
 
 #include "base/assert.h"
+#include "base/errormode.h"
 #include "base/hooks.h"
 #include "base/runstate.h"
 
 namespace {
-
-// A library that misses one of its own libraries must not make the system show a box.
-class ErrorModeScope {
- public:
-  ErrorModeScope() : mFormer(SetErrorMode(SEM_FAILCRITICALERRORS)) {
-    SetErrorMode(mFormer | SEM_FAILCRITICALERRORS);
-  }
-  ~ErrorModeScope() { SetErrorMode(mFormer); }
-  ErrorModeScope(const ErrorModeScope&) = delete;
-  ErrorModeScope& operator=(const ErrorModeScope&) = delete;
-
- private:
-  UINT mFormer;
-};
 
 bool IsBareName(const char* path) { return std::strpbrk(path, "\\/:") == nullptr; }
 
@@ -35,7 +22,7 @@ bool IsFullPath(const char* path) {
 HMODULE LoadFrom(const char* pathStr) {
   const Str path = IsBareName(pathStr) ? SystemLibraryPath(pathStr) : Str(pathStr);
   if (!IsFullPath(path)) return nullptr;
-  const ErrorModeScope errorMode;
+  const CriticalErrorGuard guard;
   return LoadLibraryExA(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 

@@ -5,7 +5,7 @@
 
 #include "base/dynlib.h"
 #include "fonts/psreader.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 
 namespace {
 

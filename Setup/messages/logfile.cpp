@@ -12,7 +12,7 @@
 #include "messages/format.h"
 #include "messages/res.h"
 #include "messages/varlist.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fs.h"
 #include "platform/fspath.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/dynlib.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "base/assert.h"
 #include "base/hooks.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fs.h"
 
 namespace {

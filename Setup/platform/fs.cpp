@@ -8,7 +8,7 @@
 
 #include "base/assert.h"
 #include "base/handle.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fsattr.h"
 #include "platform/fsdirit.h"
 

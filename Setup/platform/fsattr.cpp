@@ -2,7 +2,7 @@
 
 #include "base/assert.h"
 #include "base/handle.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fs.h"
 
 namespace FS {

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "base/assert.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fspath.h"
 
 namespace FS {

@@ -3,7 +3,7 @@
 
 #include "base/assert.h"
 #include "base/handle.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/folders.h"
 #include "platform/fs.h"
 #include "platform/fstemp.h"

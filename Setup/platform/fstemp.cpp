@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fs.h"
 #include "platform/fsattr.h"
 

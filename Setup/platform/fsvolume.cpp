@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "base/assert.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 
 namespace FS {
 namespace {

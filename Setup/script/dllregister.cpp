@@ -4,7 +4,7 @@
 
 #include "base/com.h"
 #include "base/handle.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fspath.h"
 
 bool CallDllRegistration(const char* path, bool install) {

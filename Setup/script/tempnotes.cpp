@@ -9,7 +9,7 @@
 #include "messages/filelog.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
-#include "platform/errormode.h"
+#include "base/errormode.h"
 #include "platform/fs.h"
 #include "script/leftovers.h"
 

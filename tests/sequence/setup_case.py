@@ -6,17 +6,7 @@ import benchlib
 PRODUCT = r"C:\Program Files\Veltrane"
 SOURCE = r"C:\dist"
 
-STARTUP = r"""[startup]
-AppName=Veltrane
-MajVersion=6
-MinVersion=0
-ShortAppKey=VT
-CompanyKey=KV
-AppProgName=Veltrane
-MachRegKey=REG*HKEY_LOCAL_MACHINE\Software\Quorvale\KVRX6
-UserRegKey=REG*HKEY_CURRENT_USER\Software\Quorvale\KVRX6
-ClassId={5D1E2C40-7A35-4B0E-9C11-3F6A8E0B7D26}
-"""
+STARTUP = benchlib.STARTUP
 
 LIMIT = 60  # seconds after which a run counts as hanging
 

@@ -1,6 +1,6 @@
 #pragma once
-// Keeps Windows from showing its own "insert a disk" box while a drive without medium is asked; the call then
-// simply fails.
+// Keeps Windows from showing a box of its own while a drive without medium is asked or a library misses one
+// of its own libraries; the call then simply fails.
 #include <windows.h>
 
 class CriticalErrorGuard {
