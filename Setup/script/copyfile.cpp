@@ -111,7 +111,7 @@ bool MakeRestartPath(const FSPath& outfile, Str& tempPath) {
 }
 
 // Arranges that a file in use is replaced at the next start of Windows.
-bool InstallOnRestart(const char* infile, const char* outfile) {
+bool InstallOnRestart(const char* infile, const char* outfile, Str* waiting) {
   Str tempPath;
   if (!MakeRestartPath(outfile, tempPath)) return false;
   LogLine(Message("  The file <DestFile> is in use. Installing this file on restart. TempPath = <TempPath>",
@@ -123,6 +123,7 @@ bool InstallOnRestart(const char* infile, const char* outfile) {
   if (VersionCopy(infile, tempPath, true) != 0) return false;
   if (ReplaceFileOnReboot(tempPath, outfile)) {
     ForgetTempFile(tempPath);
+    if (waiting != nullptr) *waiting = tempPath;
     Run().restartNeeded = true;
     return true;
   }
@@ -143,7 +144,7 @@ unsigned FailureMessage(uint32_t status, const char* outfile) {
 
 }  // namespace
 
-bool CopyOneFile(const char* infile, const char* outfile) {
+bool CopyOneFile(const char* infile, const char* outfile, Str* waiting) {
   if (!VT_ASSERT(infile != nullptr, "infile") || !VT_ASSERT(outfile != nullptr, "outfile")) return false;
   if (!VT_ASSERT(*infile != '\0', "Str::Length(infile) > 0") ||
       !VT_ASSERT(*outfile != '\0', "Str::Length(outfile) > 0"))
@@ -152,17 +153,17 @@ bool CopyOneFile(const char* infile, const char* outfile) {
   for (bool first = true; !FS::Exists(infile); first = false)
     if (!AskForSource(infile, outfile, first)) return false;
   if (IsSamePath(infile, outfile)) return true;
-  return CopyFileByName(infile, outfile) == 0 || IsOwnFile(outfile);
+  return CopyFileByName(infile, outfile, waiting) == 0 || IsOwnFile(outfile);
 }
 
-uint32_t CopyFileByName(const char* infile, const char* outfile) {
+uint32_t CopyFileByName(const char* infile, const char* outfile, Str* waiting) {
   const Str fileName = FSPath(outfile).FileName();
   uint32_t status = VersionCopy(infile, outfile, false);
   if ((status & vcConflict) != 0) {
     if ((status & vcSourceOld) != 0 && KeepNewerFile(fileName)) return 0;
     status = VersionCopy(infile, outfile, true);
   }
-  if ((status & vcInUse) != 0 && InstallOnRestart(infile, outfile)) status = 0;
+  if ((status & vcInUse) != 0 && InstallOnRestart(infile, outfile, waiting)) status = 0;
   if (status == 0) return 0;
   Str line;
   line.Format("CopyFileByName: vcError %d", static_cast<int>(status));

@@ -59,8 +59,13 @@ bool CopyRecord(const FileRecord& record, CopyMeter& meter) {
   PumpMessages();
   if (Run().abort) return false;
   const Str destination = JoinPath(record.destDir, record.destName);
-  const bool copied = CopyOneFile(record.srcPath, destination);
-  if (record.hidden != 0) SetFileAttributesA(destination, FILE_ATTRIBUTE_HIDDEN);
+  Str waiting;
+  const bool copied = CopyOneFile(record.srcPath, destination, &waiting);
+  if (record.hidden != 0) {
+    SetFileAttributesA(destination, FILE_ATTRIBUTE_HIDDEN);
+    if (!waiting.IsEmpty())
+      SetFileAttributesA(waiting, FILE_ATTRIBUTE_HIDDEN);  // it takes the place as it is
+  }
   if (!copied || Run().abort) return false;
   meter.Add(record.size);
   return true;

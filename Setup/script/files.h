@@ -33,9 +33,10 @@ uint64_t TotalFileSize();
 // Deletes the listed files. `held`, the path of one that this program itself still has open, is left to the
 // caller.
 bool DeleteAll(const Str& held = Str());
-[[nodiscard]] bool CopyOneFile(const char* infile, const char* outfile);
+// `waiting` receives the path of the copy that waits for the restart, when there is one.
+[[nodiscard]] bool CopyOneFile(const char* infile, const char* outfile, Str* waiting = nullptr);
 // Version-checked copy with questions, restart arrangement and messages; the copy status (0 = done).
-uint32_t CopyFileByName(const char* infile, const char* outfile);
+uint32_t CopyFileByName(const char* infile, const char* outfile, Str* waiting = nullptr);
 [[nodiscard]] bool ReplaceFileOnReboot(const char* src, const char* dest);
 // Numbers `path` until it is free; true when the first path existed.
 bool GetUniqueName(Str& path);

@@ -101,6 +101,16 @@ class Restart(SetupTest):
         self.assertEqual(self.waiting(), ["~artage.txt"])
         self.check_restarted()
 
+    def test_a_hidden_file_is_hidden_after_the_restart(self):
+        self.add_file("texte.txt", b"new text", dest="*<ProgDir>\\texte.txt")
+        self.write_script()
+        self.old("texte.txt", b"old")
+        self.hold(PRODUCT + r"\texte.txt", "none")
+        self.assertEqual(self.install(), 0)
+        self.check_waits("texte.txt", b"old")
+        self.check_restarted()
+        self.assertIn("H", self.prefix.run("attrib", PRODUCT + r"\texte.txt").text.split("C:")[0])
+
     def test_the_other_files_are_installed_at_once(self):
         for name in ("a.txt", "b.txt", "c.txt"):
             self.add_file(name, b"new " + name.encode())
