@@ -117,6 +117,15 @@ TEST_F(MemHandleTest, AdoptedBlockOfSizeZeroIsReplaced) {
   EXPECT_EQ(MemHandle::LiveCount(), mLiveBefore + 1);
 }
 
+TEST_F(MemHandleTest, AdoptedBlocksOfSizeZeroAreFreed) {
+  // More than the system has handles for.
+  for (int i = 0; i < 70000; ++i) {
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, 0);
+    ASSERT_NE(block, nullptr) << i;
+    MemHandle mem(block);
+  }
+}
+
 TEST_F(MemHandleTest, AdoptingNullAsserts) {
   AssertRecorder recorder;
   MemHandle mem(static_cast<HGLOBAL>(nullptr));

@@ -100,6 +100,8 @@ TEST(StrFind, NegativeStartAssertsAndSearchesFromTheFront) {
   AssertRecorder recorder;
   EXPECT_EQ(Str("abc").Find('a', -1), 0);
   EXPECT_EQ(recorder.Only(), "(start >= 0) && (start <= mLen)");
+  EXPECT_EQ(Str("abc").Find("", -1), 0);
+  EXPECT_EQ(Str("abc").Find("", -1, false), 0);
 }
 
 TEST(StrFind, TheFirstMatchCounts) {

@@ -294,6 +294,8 @@ TEST(WStr, FindFromTheEndOrFromBeforeTheFront) {
   AssertRecorder recorder;
   EXPECT_EQ(text.Find(L'a', -1), 0);
   EXPECT_EQ(recorder.Only(), "(start >= 0) && (start <= mLen)");
+  EXPECT_EQ(text.Find(L"", -1), 0);
+  EXPECT_EQ(text.Find(L"", -1, false), 0);
 }
 
 TEST(WStr, IFind) {

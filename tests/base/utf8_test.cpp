@@ -9,9 +9,16 @@ TEST(Utf8, PlainBytesAreTakenAsTheyAre) {
   EXPECT_EQ(DecodeUtf8(""), u"");
 }
 
-TEST(Utf8, TwoByteSequence) { EXPECT_EQ(DecodeUtf8("\xc3\xa9"), std::u16string(1, 0xE9)); }
+TEST(Utf8, TwoByteSequence) {
+  EXPECT_EQ(DecodeUtf8("\xc3\xa9"), std::u16string(1, 0xE9));
+  EXPECT_EQ(DecodeUtf8("\xd0\x96"), std::u16string(1, 0x416));
+  EXPECT_EQ(DecodeUtf8("\xdf\xbf"), std::u16string(1, 0x7FF));
+}
 
-TEST(Utf8, ThreeByteSequence) { EXPECT_EQ(DecodeUtf8("x\xe2\x82\xacy"), std::u16string(u"x\u20acy")); }
+TEST(Utf8, ThreeByteSequence) {
+  EXPECT_EQ(DecodeUtf8("x\xe2\x82\xacy"), std::u16string(u"x\u20acy"));
+  EXPECT_EQ(DecodeUtf8("\xef\xbf\xbf"), std::u16string(1, 0xFFFF));
+}
 
 TEST(Utf8, AnyOtherByteLeadsThree) {
   EXPECT_EQ(DecodeUtf8("\xf0\x9f\x98"), std::u16string(1, 0x07D8));  // low 4 bits 0
