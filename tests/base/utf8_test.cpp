@@ -23,6 +23,8 @@ TEST(Utf8, ThreeByteSequence) {
 TEST(Utf8, AnyOtherByteLeadsThree) {
   EXPECT_EQ(DecodeUtf8("\xf0\x9f\x98"), std::u16string(1, 0x07D8));  // low 4 bits 0
   EXPECT_EQ(DecodeUtf8("\x80\x81\x82"), std::u16string(1, 0x0042));
+  EXPECT_EQ(DecodeUtf8("\xbf\x81\x82"), std::u16string(1, 0xF042));
+  EXPECT_EQ(DecodeUtf8("\xff\x81\x82"), std::u16string(1, 0xF042));
 }
 
 TEST(Utf8, ContinuationBytesAreNotValidated) {
