@@ -11,6 +11,7 @@
 namespace {
 
 constexpr unsigned kFirstProgramId = 20000;
+constexpr unsigned kBlockStrings = 16;      // in one resource, each with its length before it
 constexpr int32_t kMaxPieces = 100;         // of one text; a chain that leads back into itself ends here
 constexpr int32_t kSharedStringLen = 1024;  // buffer of a piece for the shared text, terminator included
 constexpr int32_t kTagStringLen = 256;      // the same where only the tag is wanted
@@ -20,7 +21,21 @@ HMODULE gProgramModule = nullptr;
 
 HMODULE ProgramModule() { return gProgramModule != nullptr ? gProgramModule : GetModuleHandleA(nullptr); }
 
+// Whether the string lies in its block: the lengths in a damaged library may lead out of it.
+bool LiesInBlock(HMODULE module, unsigned id) {
+  const HRSRC found =
+      FindResourceA(module, MAKEINTRESOURCEA(id / kBlockStrings + 1), reinterpret_cast<LPCSTR>(RT_STRING));
+  const HGLOBAL loaded = found != nullptr ? LoadResource(module, found) : nullptr;
+  if (loaded == nullptr) return false;
+  const auto* block = static_cast<const WCHAR*>(LockResource(loaded));
+  const DWORD room = SizeofResource(module, found) / sizeof(WCHAR);
+  DWORD at = 0;
+  for (unsigned i = 0; i < id % kBlockStrings && at < room; ++i) at += 1U + block[at];
+  return at < room && block[at] <= room - at - 1;
+}
+
 int32_t LoadFrom(HMODULE module, unsigned id, char* buffer, int32_t size) {
+  if (!LiesInBlock(module, id)) return 0;
   const int length = LoadStringA(module, id, buffer, size);
   return length > 0 ? length : 0;
 }

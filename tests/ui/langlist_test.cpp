@@ -373,6 +373,31 @@ TEST_F(LangListTest, NamedFileThatIsNoLibraryIsNotLoaded) {
   EXPECT_EQ(Speaking(), kProgramText);
 }
 
+TEST_F(LangListTest, CutLibraryIsNotLoaded) {
+  AddLibrary("VTsu6de.dll", kGerman);
+  const std::string path = mFolder + "\\VTsu6de.dll";
+  const std::string whole = ReadWholeFile(path);
+  for (const size_t parts : {2u, 3u, 5u, 8u, 20u}) {
+    WriteWholeFile(path, whole.substr(0, whole.size() / parts));
+    EXPECT_FALSE(LoadLanguage(kGerman)) << parts;
+  }
+  WriteWholeFile(path, whole);
+  EXPECT_TRUE(LoadLanguage(kGerman));
+}
+
+TEST_F(LangListTest, StringsThatLeadOutOfADamagedLibraryComeFromTheProgram) {
+  AddLibrary("VTsu6de.dll", kGerman);
+  const std::string path = mFolder + "\\VTsu6de.dll";
+  std::string bytes = ReadWholeFile(path);
+  const size_t length = FindWide(bytes, "Lib VTsu6de.dll") - 2;
+  bytes[length] = bytes[length + 1] = '\xff';
+  WriteWholeFile(path, bytes);
+  ASSERT_TRUE(LoadLanguage(kGerman));
+  EXPECT_EQ(Speaking(), kProgramText);
+  char next[100] = "";
+  EXPECT_GT(LoadResString(259, next, sizeof next), 0);
+}
+
 TEST_F(LangListTest, LoadingAnotherLanguageFreesTheFormer) {
   AddLibrary("VTsu6de.dll", kGerman);
   AddLibrary("VTsu6en.dll", 0x0409);

@@ -1,0 +1,9 @@
+#pragma once
+// The headers of a program or library file. Pure: no files, no Windows.
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+// How many bytes a file that begins with `head` must have to hold what its sections use; 0 when its headers
+// are not those of a program or library, or do not lie in `head` as a whole.
+uint64_t ImageFileSize(std::span<const std::byte> head);
