@@ -207,6 +207,20 @@ TEST_F(SilentRemoval, LanguageLibraryInTheListGoesToo) {
   EXPECT_FALSE(outcome.Logged("##ERROR")) << outcome.log;
 }
 
+TEST_F(SilentRemoval, ProgramThatDeletesItselfLeavesNoLanguageLibrary) {
+  SetupRun setup;
+  setup.AddFile("VTsu6en.dll", ReadWholeFile(TestFolder() + "\\VTsu6en.dll"));
+  setup.WriteScript(setup.SimpleScript());
+  ASSERT_EQ(setup.SilentInstall().exitCode, 0u);
+  setup.CopySetupToDest();
+  const RunOutcome outcome = setup.RunFrom(setup.Dest(), "-Q -R");
+  EXPECT_EQ(outcome.exitCode, 0u) << outcome.log;
+  EXPECT_FALSE(outcome.Logged("##ERROR")) << outcome.log;
+  EXPECT_TRUE(WaitUntilGone(setup.Dest("Setup.exe")));
+  EXPECT_TRUE(WaitUntilGone(BatchPath()));
+  EXPECT_EQ(NamesIn(setup.Dest()), std::vector<std::string>());
+}
+
 TEST_F(SilentRemoval, LanguageLibraryThatIsNotLoadedGoesInItsTurn) {
   SetupRun setup;
   for (const char* name : {"VTsu6en.dll", "VTsu6fr.dll"})
