@@ -155,24 +155,33 @@ void VarTable::Clear() {
 }
 
 VarTable::Found VarTable::Search(std::string_view text, uint32_t below, char open, char close) const {
-  const bool closeInNames = mNameBytes.test(static_cast<unsigned char>(close));
+  // Names end at the next closing character, but for those that hold one themselves. Comparing with these few
+  // keeps texts and names full of such characters from taking hours.
+  std::vector<const Variable*> reaching;
+  if (mNameBytes.test(static_cast<unsigned char>(close))) {
+    for (const Variable& variable : mVariables)
+      if (variable.name.find(close) != std::string::npos) reaching.push_back(&variable);
+  }
   Found found;
+  const auto note = [&](size_t start, const Variable& variable) {
+    found.first = std::min(found.first, start);
+    found.end = std::max(found.end, start + variable.name.size() + 2);
+    if (variable.serial < below && (found.newest == nullptr || variable.serial > found.newest->serial))
+      found.newest = &variable;
+  };
   size_t nextClose = 0;
   for (size_t start = text.find(open); start != std::string_view::npos; start = text.find(open, start + 1)) {
     if (nextClose <= start) nextClose = text.find(close, start + 1);
     if (nextClose == std::string_view::npos) break;
-    // Usually a name ends at the next closing character; only names that hold one themselves can reach
-    // further.
-    size_t end = nextClose;
-    while (end != std::string_view::npos && end - start - 1 <= mLongestName) {
-      if (const Variable* variable = Find(text.substr(start + 1, end - start - 1)); variable != nullptr) {
-        found.first = std::min(found.first, start);
-        found.end = std::max(found.end, end + 1);
-        if (variable->serial < below && (found.newest == nullptr || variable->serial > found.newest->serial))
-          found.newest = variable;
-      }
-      if (!closeInNames) break;
-      end = text.find(close, end + 1);
+    const size_t length = nextClose - start - 1;
+    if (length <= mLongestName) {
+      if (const Variable* variable = Find(text.substr(start + 1, length))) note(start, *variable);
+    }
+    for (const Variable* variable : reaching) {
+      const std::string& name = variable->name;
+      const size_t end = start + 1 + name.size();
+      if (end < text.size() && text[end] == close && text.substr(start + 1).starts_with(name))
+        note(start, *variable);
     }
   }
   return found;

@@ -533,6 +533,17 @@ TEST_F(EndlessExpansionTest, ManyVariablesAndALongTextAreQuick) {
   EXPECT_LT(GetTickCount() - start, 5000u);
 }
 
+TEST_F(EndlessExpansionTest, NamesAndTextsFullOfMarksAreQuick) {
+  std::string marks;
+  for (int i = 0; i < 10000; ++i) marks += "<A>";
+  mList.Set(marks.c_str(), "found");
+  mList.Set("B", marks.c_str());
+  const DWORD start = GetTickCount();
+  EXPECT_EQ(Expanded(mList, "<B>"), marks);
+  EXPECT_EQ(Expanded(mList, ("<" + marks + ">").c_str()), "found");
+  EXPECT_LT(GetTickCount() - start, 20000u);
+}
+
 // The application list
 
 class AppVariablesTest : public AppVarsTest {};

@@ -387,6 +387,12 @@ TEST_F(MessageRun, VariableThatContainsItselfIsNamedInTheLog) {
   EXPECT_TRUE(PathExists(mSetup.Dest("a.txt")));
 }
 
+TEST_F(MessageRun, NameGrownFromAVariableThatContainsItselfEnds) {
+  mSetup.WriteScript(mSetup.SimpleScript("A=<A><A>\r\n<A>=1\r\nB=<A>\r\nC=<B>\r\n"));
+  ExpectSilent(mSetup.SilentInstall(), 0);
+  EXPECT_TRUE(PathExists(mSetup.Dest("a.txt")));
+}
+
 TEST_F(MessageRun, NamesThatContainThemselvesEndTheRunAllTheSame) {
   mSetup.WriteScript(
       mSetup.SimpleScript("", "", "Self=<Self>\r\nAppName=<Self>\r\nSetupName=<SetupName>x\r\n"));
