@@ -131,7 +131,8 @@ TEST_F(Resources, TextsThatBeginAsGivenAddOneSentence) {
     const std::string begin = given.text;
     ASSERT_EQ(text.substr(0, begin.size()), begin) << given.id;
     ASSERT_GT(text.size(), begin.size()) << given.id;
-    EXPECT_TRUE(text[begin.size()] == ' ' || text[begin.size()] == '\n') << given.id << ": more than the sentence itself";
+    EXPECT_TRUE(text[begin.size()] == ' ' || text[begin.size()] == '\n')
+        << given.id << ": more than the sentence itself";
     EXPECT_EQ(text.back(), '.') << given.id;
   }
 }
