@@ -102,26 +102,31 @@ bool RemoveThroughATM(const AtmLibrary& atm, const char* windowsName, uint32_t s
   return result == 0;
 }
 
-// Takes the installed font out of ATM and deletes its files; a refusal is shown.
+// ATM may have deleted the file itself.
+bool DeleteIfThere(const Str& path) { return path.IsEmpty() || !FS::Exists(path) || FS::Delete(path); }
+
+// Takes the installed font out of ATM, with its files and its line in "Atm.ini"; false when ATM refuses.
 bool RemoveInstalled(const AtmLibrary& atm, const NewFont& font, const Str& pfbPath, const Str& pfmPath) {
-  if (!RemoveThroughATM(atm, font.windowsName, font.style)) {
-    ShowError(Message(kCannotRemoveOld).With("PSFontName", font.psName));
-    return false;
-  }
-  const bool fontDeleted = pfbPath.IsEmpty() || FS::Delete(pfbPath);
-  const bool metricsDeleted = pfmPath.IsEmpty() || FS::Delete(pfmPath);
+  if (!RemoveThroughATM(atm, font.windowsName, font.style)) return false;
+  const bool fontDeleted = DeleteIfThere(pfbPath);
+  const bool metricsDeleted = DeleteIfThere(pfmPath);
   Message line(fontDeleted && metricsDeleted
                    ? "    Deleted the font files: <PSFontPath>, and <PSMetricPath>."
                    : "    Couldn't delete the font files: <PSFontPath>, and <PSMetricPath>.",
                kTemplateLiteral);
   LogLine(line.With("PSFontPath", pfbPath).With("PSMetricPath", pfmPath));
+  RemoveATMIniLine(font.windowsName, font.style);
   return true;
+}
+
+void LogNotInstalled(const NewFont& font) {
+  LogAbout("    The font <PSFontName> was not removed because it is not installed on the user's system.",
+           "PSFontName", font.psName);
 }
 
 bool FindInstalled(const AtmLibrary& atm, const NewFont& font, Str& pfbPath, Str& pfmPath) {
   if (GetATMFontPaths(atm, font.windowsName, font.style, pfbPath, pfmPath)) return true;
-  LogAbout("    The font <PSFontName> was not removed because it is not installed on the user's system.",
-           "PSFontName", font.psName);
+  LogNotInstalled(font);
   return false;
 }
 
@@ -247,7 +252,8 @@ void RemovePSFont(const AtmLibrary& atm, const char* pfbPath, const char* pfmPat
                 .With("Status", status));
     return;
   }
-  if (RemoveInstalled(atm, font, installedPfb, installedPfm)) RemoveATMIniLine(font.windowsName, font.style);
+  // A refusal is only logged: the product's own font may stay without harm.
+  static_cast<void>(RemoveInstalled(atm, font, installedPfb, installedPfm));
 }
 
 void RemoveOldPSFont(const AtmLibrary& atm, const char* pfbPath, const char* pfmPath) {
@@ -256,7 +262,10 @@ void RemoveOldPSFont(const AtmLibrary& atm, const char* pfbPath, const char* pfm
   Str installedPfm;
   uint32_t installedVersion = 0;
   if (!ExamineFont(pfbPath, pfmPath, font) || !FindInstalled(atm, font, installedPfb, installedPfm)) return;
-  if (!GetVersionOfATMFont(atm, font.windowsName, font.style, installedVersion)) return;
+  if (!GetVersionOfATMFont(atm, font.windowsName, font.style, installedVersion)) {
+    if (installedPfb.IsEmpty() || !FS::Exists(installedPfb)) LogNotInstalled(font);
+    return;
+  }
   if (installedVersion >= font.version) {
     LogAbout(
         "    The installed font <PSFontName> is either the same as or newer than the one we're attempting to "
@@ -264,5 +273,6 @@ void RemoveOldPSFont(const AtmLibrary& atm, const char* pfbPath, const char* pfm
         "PSFontName", font.psName);
     return;
   }
-  RemoveInstalled(atm, font, installedPfb, installedPfm);
+  if (!RemoveInstalled(atm, font, installedPfb, installedPfm))
+    ShowError(Message(kCannotRemoveOld).With("PSFontName", font.psName));
 }

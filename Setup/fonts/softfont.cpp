@@ -98,6 +98,7 @@ bool NamesListedFile(const Str& line, const char* const* fileNames, int32_t numN
 
 struct WalkResult {
   int32_t removed = 0;
+  int32_t left = 0;
   int32_t foundInCount = 0;  // lines numbered 1 to the section's count
 };
 
@@ -113,7 +114,10 @@ WalkResult RemoveLines(const char* const* fileNames, int32_t numNames, const cha
     }
     missing = 0;
     if (number <= count) ++result.foundInCount;
-    if (!NamesListedFile(line, fileNames, numNames)) continue;
+    if (!NamesListedFile(line, fileNames, numNames)) {
+      ++result.left;
+      continue;
+    }
     WriteProfileStringA(section, key, nullptr);
     LogEdit('-', section, key, line);
     if (MayDeleteFiles()) DeleteFontFiles(line);
@@ -157,15 +161,18 @@ void EditSoftFonts(SoftFontOperation op, const char* const* fileNames, int32_t n
   const int32_t count = static_cast<int32_t>(GetProfileIntA(section, "softfonts", 0));
   if (count >= 1) {
     const WalkResult result = RemoveLines(fileNames, numNames, section, count);
-    if (result.foundInCount < count)
+    // A count that the lines do not bear out is corrected with the next change.
+    int32_t newCount = result.removed < count ? count - result.removed : 0;
+    if (result.foundInCount < count) {
+      newCount = result.left;
       LogLine(
           Message(
               "The printer <PrinterName> appears to have fewer softfont lines than the softfonts =... line "
               "indicates in win.ini.",
               kTemplateLiteral)
               .With("PrinterName", printer.name));
-    if (result.removed > 0)
-      WriteNumber(section, "softfonts", result.removed < count ? count - result.removed : 0);
+    }
+    if (result.removed > 0) WriteNumber(section, "softfonts", newCount);
   }
   BroadcastProfileChange(section);
 }

@@ -449,6 +449,7 @@ TEST_F(AtmRemoval, AnOlderFontIsRemovedWithItsFiles) {
   RemoveOld();
   EXPECT_EQ(Log(), "ATM Api: ATMRemoveFont return value = 0.\n" + Deleted());
   EXPECT_TRUE(IsGone());
+  EXPECT_FALSE(HasIniLine());
   EXPECT_TRUE(PathExists(mNewPfb) && PathExists(mNewPfm));
   EXPECT_TRUE(Contains(Calls(), "ATMBeginFontChange\nATMRemoveFontA Veltrane PS,2\nATMEndFontChange\n"));
 }
@@ -476,6 +477,18 @@ TEST_F(AtmRemoval, AFontThatIsNotInstalledIsLogged) {
   }
 }
 
+TEST_F(AtmRemoval, AnOldFontWithoutAnOutlineFileIsNotInstalled) {
+  const std::string notInstalled =
+      "    The font VeltranePS was not removed because it is not installed on the user's system.\n";
+  ASSERT_TRUE(DeleteTree(mOldPfb));
+  RemoveOld();
+  EXPECT_EQ(Log(), "    GetPSNameAndVersion error: " + mOldPfb + " does not exist.\n" + notInstalled);
+  AtmTest::InstallFont("Veltrane PS", 2, "", mOldPfm);
+  RemoveOld();
+  EXPECT_EQ(Log(), "GetVersionOfATMFont: The path for font Veltrane PS is empty.\n" + notInstalled);
+  EXPECT_FALSE(Contains(Calls(), "ATMRemoveFontA"));
+}
+
 TEST_F(AtmRemoval, FilesThatCannotBeExaminedAreLogged) {
   const std::string line =
       "    Installation de Veltrane 6.0c was unable to examine the required font files: " + mNewPfm +
@@ -500,16 +513,29 @@ TEST_F(AtmRemoval, AnInstalledFontWithoutReadableVersionIsKept) {
   EXPECT_TRUE(Contains(Log(), "GetPSNameAndVersion: "));
 }
 
-TEST_F(AtmRemoval, ARefusalIsShownAndTheFilesStay) {
+TEST_F(AtmRemoval, ARefusalOfAnOldFontIsShownAndTheFilesStay) {
   Answer("ATM", "remove", "-5");
-  for (const bool old : {true, false}) {
-    old ? RemoveOld() : RemoveAny();
-    const std::string log = Log();
-    EXPECT_TRUE(Contains(log, "ATM Api: ATMRemoveFont return value = -5.\n")) << log;
-    EXPECT_TRUE(Contains(log, kRefusal)) << log;
-    EXPECT_TRUE(IsStillThere());
-    EXPECT_TRUE(HasIniLine());
-  }
+  RemoveOld();
+  const std::string log = Log();
+  EXPECT_TRUE(Contains(log, "ATM Api: ATMRemoveFont return value = -5.\n")) << log;
+  EXPECT_TRUE(Contains(log, kRefusal)) << log;
+  EXPECT_TRUE(IsStillThere());
+  EXPECT_TRUE(HasIniLine());
+}
+
+TEST_F(AtmRemoval, ByFilesARefusalIsOnlyLoggedAndTheFilesStay) {
+  Answer("ATM", "remove", "-5");
+  RemoveAny();
+  EXPECT_EQ(Log(), "ATM Api: ATMRemoveFont return value = -5.\n");
+  EXPECT_TRUE(IsStillThere());
+  EXPECT_TRUE(HasIniLine());
+}
+
+TEST_F(AtmRemoval, FilesThatAtmDeletedItselfCountAsDeleted) {
+  ASSERT_TRUE(DeleteTree(mOldPfm));
+  RemoveOld();
+  EXPECT_EQ(Log(), "ATM Api: ATMRemoveFont return value = 0.\n" + Deleted());
+  EXPECT_TRUE(IsGone());
 }
 
 TEST_F(AtmRemoval, FilesThatCannotBeDeletedAreNotCalledDeleted) {

@@ -103,6 +103,19 @@ TEST_F(SoftFont, AGapInTheNumbersIsWalkedOverAndTheDisagreementLogged) {
   EXPECT_EQ(Get("softfonts"), "2");
 }
 
+TEST_F(SoftFont, ACountThatIsTooHighIsCorrectedWithTheNextRemoval) {
+  Set("softfonts", "5");
+  Set("softfont1", "c:\\a.pfm");
+  Edit({"vtfont1.pfm"});
+  EXPECT_EQ(Log(), FewerLines());
+  EXPECT_EQ(Get("softfonts"), "5");
+  Set("softfont2", "c:\\vtfont1.pfm");
+  Edit({"vtfont1.pfm"});
+  EXPECT_EQ(Log(), "-WIN.INI [VTPCL,LPT9:] softfont2=c:\\vtfont1.pfm\n" + FewerLines() +
+                       "+WIN.INI [VTPCL,LPT9:] softfonts=1\n");
+  EXPECT_EQ(Get("softfonts"), "1");
+}
+
 TEST_F(SoftFont, TheWalkGoesOverUpTo99MissingNumbers) {
   Set("softfonts", "1");
   Set("softfont100", "c:\\vtfont1.pfm");
