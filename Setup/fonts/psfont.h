@@ -24,6 +24,6 @@ void RemoveATMIniLine(const char* windowsName, uint32_t style);
 
 // Removes the font that the two files describe, unless a program uses it.
 void RemovePSFont(const AtmLibrary& atm, const char* pfbPath, const char* pfmPath);
-// Removes it only when the installed one is older than the one in the two files. An old font that ATM keeps is
-// shown to the user.
+// Removes it only when the installed one is older than the one in the two files. An old font that ATM keeps
+// is shown to the user.
 void RemoveOldPSFont(const AtmLibrary& atm, const char* pfbPath, const char* pfmPath);
