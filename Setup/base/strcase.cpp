@@ -3,6 +3,7 @@
 
 #include "base/assert.h"
 #include "base/str.h"
+#include "base/string.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ class FoldedReader {
   // The next character, two bytes for a double-byte one; 0 at the end.
   unsigned Next() {
     if (mText.empty()) return 0;
-    const size_t size = IsDBCSLeadByte(static_cast<BYTE>(mText[0])) && mText.size() > 1 ? 2 : 1;
+    const size_t size = IsAnsiLeadByte(static_cast<unsigned char>(mText[0])) && mText.size() > 1 ? 2 : 1;
     char folded[2] = {mText[0], size == 2 ? mText[1] : '\0'};
     mText.remove_prefix(size);
     if (size == 2 || !IsPlain(folded[0])) {

@@ -91,6 +91,10 @@ class WStr {
   wchar_t* mCharP;
 };
 
+// True for the first byte of a double-byte character of the ANSI code page; its second byte may have the code
+// of a backslash, a quote or a letter.
+bool IsAnsiLeadByte(unsigned char byte);
+
 // ANSI -> UTF-16 into `wStr` of `size` units; UTF-16 -> ANSI into `nStr` of `size` bytes. Terminated, cut
 // when short.
 void AnsiToWide(const char* nStr, wchar_t* wStr, int32_t size);

@@ -16,7 +16,8 @@ size_t WholeCharacters(const char* text, size_t room) {
   size_t length = 0;
   while (text[length] != '\0') {
     const size_t next =
-        length + (IsDBCSLeadByte(static_cast<BYTE>(text[length])) && text[length + 1] != '\0' ? 2 : 1);
+        length +
+        (IsAnsiLeadByte(static_cast<unsigned char>(text[length])) && text[length + 1] != '\0' ? 2 : 1);
     if (next > room) break;
     length = next;
   }
@@ -24,6 +25,8 @@ size_t WholeCharacters(const char* text, size_t room) {
 }
 
 }  // namespace
+
+bool IsAnsiLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
 
 void AnsiToWide(const char* nStr, wchar_t* wStr, int32_t size) {
   VT_ASSERT(nStr != nullptr, "nStr");

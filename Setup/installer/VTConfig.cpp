@@ -2,6 +2,7 @@
 
 #include "base/assert.h"
 #include "base/runstate.h"
+#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "messages/res.h"
@@ -9,6 +10,7 @@
 #include "platform/folders.h"
 #include "platform/fs.h"
 #include "platform/fspath.h"
+#include "platform/pathparts.h"
 #include "resources/ids.h"
 #include "stores/ini.h"
 #include "stores/varlist2.h"
@@ -131,8 +133,8 @@ VarList& ConfigList() {
 }
 
 void SetProgramFolders(const Str& modulePath) {
-  Str folder;
-  folder.Left(modulePath, modulePath.FindLast('\\') < 0 ? 0 : modulePath.FindLast('\\'));
+  const size_t slash = PathText::FindLastBackslash(modulePath.View(), IsAnsiLeadByte);
+  const Str folder(modulePath.View().substr(0, slash == PathText::kNone ? 0 : slash));
   AppSetVariable("CurrDir", folder);
   AppSetVariable("SetupHelpDir", folder);
   SetUnlessSet("InstallFromDir", RootedFolder(folder));

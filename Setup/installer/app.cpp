@@ -7,6 +7,7 @@
 #include "base/assert.h"
 #include "base/hooks.h"
 #include "base/runstate.h"
+#include "base/string.h"
 #include "installer/VTConfig.h"
 #include "installer/checks.h"
 #include "installer/cmdline.h"
@@ -93,9 +94,8 @@ void ConnectHooks() {
 }
 
 CommandLine ReadCommandLine(const char* text) {
-  const LeadByteTest isLeadByte = [](unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; };
-  const std::vector<std::string> args = SplitCommandLine(text, isLeadByte);
-  return ParseCommandLine(std::span(args).subspan(1), isLeadByte);
+  const std::vector<std::string> args = SplitCommandLine(text, IsAnsiLeadByte);
+  return ParseCommandLine(std::span(args).subspan(1), IsAnsiLeadByte);
 }
 
 void SetFolderFromSwitch(const std::optional<std::string>& folder, std::initializer_list<const char*> names) {

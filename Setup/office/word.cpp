@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/assert.h"
+#include "base/string.h"
 #include "messages/filelog.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
@@ -14,6 +15,7 @@
 #include "messages/varlist.h"
 #include "platform/fs.h"
 #include "platform/fsdirit.h"
+#include "platform/pathparts.h"
 #include "stores/register.h"
 #include "ui/err.h"
 #include "ui/progmetr.h"
@@ -206,7 +208,7 @@ bool FindWordStartup(const WordVersion& word, Str& path) {
     if (word.version < kFirstWithCommonKey || !ReadInstallRoot(word.commonKey, path)) return false;
   }
   StripQuotes(path);
-  if (path.IsEmpty() || path.Chars()[path.Length() - 1] != '\\') path.Append('\\');
+  if (!PathText::EndsInBackslash(path.View(), IsAnsiLeadByte)) path.Append('\\');
   if (word.version >= kFirstWithCommonKey) path.Append("Startup");
   return true;
 }

@@ -4,6 +4,7 @@
 #include "base/assert.h"
 #include "base/handle.h"
 #include "base/errormode.h"
+#include "base/string.h"
 #include "platform/folders.h"
 #include "platform/fs.h"
 #include "platform/fstemp.h"
@@ -13,8 +14,6 @@ namespace FS {
 namespace {
 
 constexpr int32_t kMaxNumber = 99999;  // of a numbered name; a folder never holds that many of one kind
-
-bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
 
 // The name the system lists for the file or folder at `path`.
 bool ListedName(const char* path, Str& name) {
@@ -100,10 +99,10 @@ bool GetLongName(Str& path) {
     return false;
   }
   const std::string_view text = path.View();
-  const size_t volume = PathText::Split(text, IsLeadByte).volume.size();
+  const size_t volume = PathText::Split(text, IsAnsiLeadByte).volume.size();
   Str result(text.substr(0, volume));
   for (size_t pos = volume; pos < text.size();) {
-    const size_t slash = PathText::FindBackslash(text, pos, IsLeadByte);
+    const size_t slash = PathText::FindBackslash(text, pos, IsAnsiLeadByte);
     const size_t end = slash == PathText::kNone ? text.size() : slash;
     if (end > pos && !AppendLongName(Str(text.substr(0, end)), Str(text.substr(pos, end - pos)), result))
       return false;

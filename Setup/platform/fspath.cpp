@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/assert.h"
+#include "base/string.h"
 #include "platform/fserror.h"
 #include "platform/pathparts.h"
 
@@ -14,8 +15,6 @@ static_assert(uint32_t{FSPath::compVolume} == PathText::kVolume &&
               uint32_t{FSPath::compFileName} == PathText::kFileName);
 
 namespace {
-
-bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
 
 std::string_view ViewOrEmpty(const char* text) { return text ? std::string_view(text) : std::string_view(); }
 
@@ -32,7 +31,7 @@ FSPath::FSPath(const char* volume, const char* dir, const char* file, const char
       total < size_t{FS::kMaxPathNameLen},
       "(volume ? Str::Length(volume) : 0) + (dir ? Str::Length(dir) : 0) + (file ? Str::Length(file) : 0) + "
       "(ext ? Str::Length(ext) : 0) < FS::kMaxPathNameLen");
-  mPath = ToStr(PathText::Build(parts[0], parts[1], parts[2], parts[3], IsLeadByte));
+  mPath = ToStr(PathText::Build(parts[0], parts[1], parts[2], parts[3], IsAnsiLeadByte));
 }
 
 void FSPath::GetComponents(uint32_t flags, Str& out) const { out = Components(flags); }
@@ -41,7 +40,7 @@ Str FSPath::Components(uint32_t flags) const {
   VT_ASSERT(!((flags & compBaseName) && (flags & compFileName)),
             "! ((flags & compBaseName) && (flags & compFileName))");
   if (!VT_ASSERT(mPath.Length() > 0, "mPath.Length() > 0")) return Str();
-  return ToStr(PathText::Pick(mPath.View(), flags, IsLeadByte));
+  return ToStr(PathText::Pick(mPath.View(), flags, IsAnsiLeadByte));
 }
 
 void FSPath::GetVolumeName(Str& out) const {
@@ -52,7 +51,7 @@ void FSPath::GetVolumeName(Str& out) const {
 void FSPath::Append(const char* component) {
   if (!VT_ASSERT(Str::Length(component) > 0, "Str::Length(component) > 0")) return;
   std::string path(mPath.View());
-  PathText::Append(path, component, IsLeadByte);
+  PathText::Append(path, component, IsAnsiLeadByte);
   mPath = ToStr(path);
 }
 
@@ -73,11 +72,11 @@ bool FSPath::MakeFull() {
 bool FSPath::IsFullPath() const { return PathText::IsFull(mPath.View()); }
 
 bool FSPath::HasExtension() const {
-  return PathText::FindExtension(mPath.View(), IsLeadByte) != PathText::kNone;
+  return PathText::FindExtension(mPath.View(), IsAnsiLeadByte) != PathText::kNone;
 }
 
 bool FSPath::GetExtension(Str& out) const {
-  const size_t dot = PathText::FindExtension(mPath.View(), IsLeadByte);
+  const size_t dot = PathText::FindExtension(mPath.View(), IsAnsiLeadByte);
   // Built apart from `out`, which may be this very path.
   Str extension;
   if (dot != PathText::kNone) extension = mPath.View().substr(dot);
@@ -90,7 +89,7 @@ void FSPath::SetExtension(const char* ext) {
   VT_ASSERT(!ext || (extension.size() >= 2 && extension[0] == '.'),
             "(extension == NULL) || ((Str::Length(extension) >= 2) && (extension[0] == '.'))");
   std::string path(mPath.View());
-  PathText::SetExtension(path, extension, IsLeadByte);
+  PathText::SetExtension(path, extension, IsAnsiLeadByte);
   mPath = ToStr(path);
 }
 
@@ -100,13 +99,13 @@ void FSPath::Shorten(int32_t max, Str& out, const FSPath* reference) const {
   const bool sameFolder = reference && Str::ICompare(reference->Parent(), Parent()) == 0;
   const Str& start = sameFolder ? name : mPath;
   const size_t limit = max > 0 ? static_cast<size_t>(max) : 0;
-  out = ToStr(PathText::Shorten(start.View(), name.View(), limit, IsLeadByte));
+  out = ToStr(PathText::Shorten(start.View(), name.View(), limit, IsAnsiLeadByte));
 }
 
 Str JoinPath(const char* dir, const char* name) {
   const std::string_view tail = ViewOrEmpty(name);
   std::string path(ViewOrEmpty(dir));
   if (path.empty()) return Str(tail);
-  PathText::Append(path, tail, IsLeadByte);
+  PathText::Append(path, tail, IsAnsiLeadByte);
   return ToStr(path);
 }

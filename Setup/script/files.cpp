@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/assert.h"
+#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "platform/fspath.h"
@@ -50,7 +51,7 @@ const unsigned char* FoldTable() {
   if (table['A'] == 0) {
     for (unsigned i = 0; i < 256; ++i) {
       char ch[2] = {static_cast<char>(i), '\0'};
-      if (!IsDBCSLeadByte(static_cast<BYTE>(i))) CharLowerBuffA(ch, 1);
+      if (!IsAnsiLeadByte(static_cast<unsigned char>(i))) CharLowerBuffA(ch, 1);
       table[i] = static_cast<unsigned char>(ch[0]);
     }
   }

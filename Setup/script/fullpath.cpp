@@ -1,6 +1,8 @@
 #include "script/fullpath.h"
 
+#include "base/string.h"
 #include "platform/fs.h"
+#include "platform/pathparts.h"
 
 Str FullLongPath(const char* path) {
   FSPath full(path);
@@ -15,7 +17,7 @@ bool IsSamePath(const char* a, const char* b) { return FullLongPath(a).ICompare(
 bool HoldsPath(const char* folder, const char* inner) {
   const auto closed = [](const char* path) {
     Str full = FullLongPath(path);
-    if (full.FindLast('\\') != full.Length() - 1) full.Append('\\');
+    if (!PathText::EndsInBackslash(full.View(), IsAnsiLeadByte)) full.Append('\\');
     return full;
   };
   const Str outer = closed(folder);

@@ -3,17 +3,17 @@
 
 #include "base/assert.h"
 #include "base/runstate.h"
+#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "platform/fs.h"
+#include "platform/pathparts.h"
 #include "script/filerecord.h"
 #include "script/files.h"
 #include "script/setupinf.h"
 #include "stores/register.h"
 
 namespace {
-
-bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
 
 // True when the file already stands there and this run must leave it alone. On a removal it is listed all the
 // same.
@@ -37,7 +37,7 @@ int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, c
     srcDir = AppGetExpanded("InstallFromDir");
   else
     VT_FAIL("AppGetVariable(\"InstallFromDir\",srcDir)");
-  const RecordDest target = SplitRecordDest(dest, IsLeadByte);
+  const RecordDest target = SplitRecordDest(dest, IsAnsiLeadByte);
   const Str destDir(target.dir);
   const Str destName(target.name);
   if (destName.IsEmpty()) {
@@ -60,14 +60,18 @@ int32_t StandardFileHandler(const char* key, int32_t disk, const char* source, c
 }
 
 bool IsSafeKeyPath(std::string_view keyPath) {
-  return !keyPath.empty() && keyPath.front() != '\\' && keyPath.back() != '\\' &&
-         keyPath.find("\\\\") == std::string_view::npos;
+  for (size_t pos = 0;;) {
+    const size_t end = PathText::FindBackslash(keyPath, pos, IsAnsiLeadByte);
+    if (end == pos || pos == keyPath.size()) return false;
+    if (end == PathText::kNone) return true;
+    pos = end + 1;
+  }
 }
 
 bool SplitRegistryLine(const char* text, Str& root, Str& keyPath, Str& valueName) {
   const std::string_view line(text);
   const size_t first = line.find('\\');
-  const size_t last = line.rfind('\\');
+  const size_t last = PathText::FindLastBackslash(line, IsAnsiLeadByte);
   if (first == std::string_view::npos || last == first) return false;
   const std::string_view path = line.substr(first + 1, last - first - 1);
   if (!IsSafeKeyPath(path)) return false;

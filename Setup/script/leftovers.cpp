@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/pathparts.h"
-
 namespace {
 
 constexpr char kKeep = 'K';
@@ -77,7 +75,7 @@ bool IsInstallTempName(std::string_view name) {
          StartsWith(name.substr(name.size() - kEnd.size()), kEnd);
 }
 
-bool IsOwnTempPath(std::string_view path) {
-  const size_t slash = path.rfind('\\');
-  return slash != std::string_view::npos && slash + 1 < path.size() && path[slash + 1] == '~';
+bool IsOwnTempPath(std::string_view path, PathText::LeadByteTest lead) {
+  const size_t slash = PathText::FindLastBackslash(path, lead);
+  return slash != PathText::kNone && slash + 1 < path.size() && path[slash + 1] == '~';
 }

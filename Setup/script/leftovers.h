@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/pathparts.h"
+
 struct LeftoverNotes {
   // A folder in which the system's install function makes temporary files of its own naming.
   struct Folder {
@@ -25,4 +27,4 @@ LeftoverNotes ParseLeftoverNotes(std::string_view text);
 // "ver", one to four hexadecimal digits, ".tmp", in any case: the names that the install function gives.
 bool IsInstallTempName(std::string_view name);
 // Whether a file note may be acted on: only names that begin with "~", as the ones made here do.
-bool IsOwnTempPath(std::string_view path);
+bool IsOwnTempPath(std::string_view path, PathText::LeadByteTest lead);

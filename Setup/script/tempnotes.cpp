@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/handle.h"
+#include "base/string.h"
 #include "messages/filelog.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
@@ -136,7 +137,7 @@ void DeleteLeftovers() {
   const LeftoverNotes notes = ParseLeftoverNotes(TakeOldList(path));
   for (const LeftoverNotes::Folder& folder : notes.folders) SweepFolder(folder);
   for (const std::string& file : notes.files)
-    if (IsOwnTempPath(file) && FS::IsFile(file.c_str())) LoggedDelete(file.c_str());
+    if (IsOwnTempPath(file, IsAnsiLeadByte) && FS::IsFile(file.c_str())) LoggedDelete(file.c_str());
   // Fails while another run holds the list, which is then left to it.
   DeleteFileA(path);
 }

@@ -6,6 +6,7 @@
 
 #include "base/assert.h"
 #include "base/runstate.h"
+#include "base/string.h"
 #include "messages/logfile.h"
 #include "platform/fs.h"
 #include "script/filerecord.h"
@@ -45,12 +46,10 @@ constexpr BitRow kBits[] = {
     {VIF_CANNOTREADSRC, vcSourceUnreadable},
 };
 
-bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
-
 void SplitPath(const Str& path, Str& dir, Str& name) {
   std::string_view dirPart;
   std::string_view namePart;
-  SplitPathText(path.View(), IsLeadByte, dirPart, namePart);
+  SplitPathText(path.View(), IsAnsiLeadByte, dirPart, namePart);
   dir = dirPart;
   name = namePart;
 }

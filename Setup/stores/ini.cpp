@@ -33,8 +33,6 @@ void LowerAnsi(char* text, size_t size) {
     AsciiIniRules().lower(text, size);
 }
 
-bool IsAnsiLead(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
-
 bool HasText(const char* text, const char* expression) { return VT_ASSERT(text != nullptr, expression); }
 
 bool IsOpen(const IniStore* ini) { return VT_ASSERT(ini != nullptr, "ini"); }
@@ -61,7 +59,7 @@ bool WriteBack(IniStore& ini) {
 }  // namespace
 
 IniStore::IniStore(IniType kind, bool isReadOnly)
-    : type(kind), readOnly(isReadOnly), text({LowerAnsi, IsAnsiLead}) {}
+    : type(kind), readOnly(isReadOnly), text({LowerAnsi, IsAnsiLeadByte}) {}
 
 bool IniStore::IsNewComplaint(const char* reason, std::string_view name) {
   std::string complaint(reason);

@@ -4,6 +4,7 @@
 
 #include "base/assert.h"
 #include "base/str.h"
+#include "base/string.h"
 #include "messages/varlist.h"
 #include "platform/folders.h"
 #include "platform/pathparts.h"
@@ -11,14 +12,12 @@
 
 namespace {
 
-bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
-
 // Sets a folder variable. `expression` is reported when the system does not name the folder.
 void SetFolder(const char* name, bool (*getFolder)(Str&), const char* expression) {
   Str folder;
   const bool known = getFolder(folder);
   VT_ASSERT(known && folder.Length() > 0, expression);
-  if (PathText::EndsInBackslash(folder.View(), IsLeadByte)) folder.Delete(folder.Length() - 1, 1);
+  if (PathText::EndsInBackslash(folder.View(), IsAnsiLeadByte)) folder.Delete(folder.Length() - 1, 1);
   AppSetVariable(name, folder);
 }
 

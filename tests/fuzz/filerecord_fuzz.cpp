@@ -71,7 +71,7 @@ void CheckNotes(std::string_view text) {
     Require(second.folders[i].keep == notes.folders[i].keep);
   }
   if (IsInstallTempName(text)) Require(text.size() >= 8 && text.size() <= 11);
-  if (IsOwnTempPath(text)) Require(text.find("\\~") != std::string_view::npos);
+  if (IsOwnTempPath(text, nullptr)) Require(text.find("\\~") != std::string_view::npos);
 }
 
 void CheckWinInit(std::string_view text) {

@@ -47,10 +47,10 @@ TEST(Leftovers, NamesOfTheInstallFunction) {
 }
 
 TEST(Leftovers, OwnTemporaryNames) {
-  EXPECT_TRUE(IsOwnTempPath("C:\\d\\~a.dll"));
-  EXPECT_FALSE(IsOwnTempPath("C:\\~d\\a.dll"));
-  EXPECT_FALSE(IsOwnTempPath("C:\\d\\"));
-  EXPECT_FALSE(IsOwnTempPath("~a"));
+  EXPECT_TRUE(IsOwnTempPath("C:\\d\\~a.dll", nullptr));
+  EXPECT_FALSE(IsOwnTempPath("C:\\~d\\a.dll", nullptr));
+  EXPECT_FALSE(IsOwnTempPath("C:\\d\\", nullptr));
+  EXPECT_FALSE(IsOwnTempPath("~a", nullptr));
 }
 
 }  // namespace
