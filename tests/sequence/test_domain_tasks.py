@@ -206,6 +206,37 @@ class Fonts(TaskTest):
                       self.prefix.text(path))
         self.assertEqual(self.prefix.tree(r"C:\ps"), ["a.pfm", "b.pfm"])
 
+    def test_printers_of_the_bitmap_drivers_reload_their_fonts(self):
+        devices = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion"
+        sections = {"A": ("HPPCL", "LPT1:"), "B": ("hppcl5a", "LPT2:"), "C": ("HPPCL5MS", "FILE:"),
+                    "D": ("HPPCL5E", "LPT4:"), "E": ("HPPCL6", "LPT5:")}
+        for name, device in sections.items():
+            self.prefix.reg_add(devices + r"\PrinterPorts", name, ",".join(device) + ",15,45")
+        path = r"C:\windows\win.ini"
+        lines = ("[HPPCL,LPT1:]\nsoftfonts=3\nsoftfont1=c:\\a.sfp\nsoftfont2=c:\\b.sfp\nsoftfont4=c:\\c.sfp\nfsvers=7\n"
+                 "[hppcl5a,LPT2]\nsoftfonts=5\nsoftfont1=c:\\a.sfp\nsoftfont2=c:\\VTFONT1.sfl\n"
+                 "[HPPCL5MS,FILE:]\nsoftfonts=0\nsoftfont1=c:\\vtfont1.sfl\n"
+                 "[HPPCL6,LPT5:]\nsoftfonts=1\nsoftfont1=c:\\vtfont1.sfl\nfsvers=1\n")
+        self.prefix.write(path, self.prefix.text(path) + lines)
+        self.run_tasks(remove="$remove_soft_fonts=\n")
+        log = self.run_removal()
+        for text in ("The printer A appears to have fewer softfont lines than the softfonts =... line indicates in "
+                     "win.ini.\n+WIN.INI [HPPCL,LPT1:] fsvers=8\n",
+                     "-WIN.INI [hppcl5a,LPT2] softfont2=c:\\VTFONT1.sfl\nThe printer B appears to have fewer softfont "
+                     "lines than the softfonts =... line indicates in win.ini.\n+WIN.INI [hppcl5a,LPT2] softfonts=1\n"
+                     "+WIN.INI [hppcl5a,LPT2] fsvers=1\n",
+                     "+WIN.INI [HPPCL5MS,FILE:] fsvers=1\n"):
+            self.assertIn(text, log)
+        self.assertEqual(log.count("WIN.INI ["), 5)
+        left = self.prefix.text(path)
+        for text in ("[HPPCL,LPT1:]\nsoftfonts=3\nsoftfont1=c:\\a.sfp\nsoftfont2=c:\\b.sfp\nsoftfont4=c:\\c.sfp\n"
+                     "fsvers=8\n",
+                     "[hppcl5a,LPT2]\nsoftfonts=1\nsoftfont1=c:\\a.sfp\nfsvers=1\n",
+                     "[HPPCL5MS,FILE:]\nsoftfonts=0\nsoftfont1=c:\\vtfont1.sfl\nfsvers=1\n",
+                     "[HPPCL6,LPT5:]\nsoftfonts=1\nsoftfont1=c:\\vtfont1.sfl\nfsvers=1\n"):
+            self.assertIn(text, left)
+        self.assertNotIn("HPPCL5E", left)
+
 
 class EquationServers(TaskTest):
     def add_server(self, prog_id, class_id, target=None, program=None):
@@ -254,6 +285,28 @@ class EquationServers(TaskTest):
         self.assertEqual([self.prefix.reg_value(own + r"\Styles", name) for name in ("Text", "Function", "User1")],
                          ["Tahoma,I", "", ""])
         self.assertFalse(self.prefix.reg_exists(own + r"\Fonts"))
+
+    def test_preferences_of_an_old_editor_lie_beside_its_program(self):
+        self.add_server("Equation.1x", CLASS_A, program='"C:\\old dir\\EQN.EXE" /x')
+        windows = r"HKCU\Software\Microsoft\Windows NT\CurrentVersion\Windows"
+        self.prefix.reg_add(windows, "Device", "Laser,PSCRIPT,LPT1:")
+        source = ("; c\n[SPACING]\nA=1\n[Printer,PSCRIPT,LPT2:]\nText=Marlett,N\n"
+                  "[printer,pscript,lpt1:]\nText=Tahoma,N\nUser1=Tahoma,B\n; c\n"
+                  "Greek=No Such Font,I\nUser2=Tahoma\nLast=helv\n")
+        self.prefix.write(r"C:\old dir\eqnedit.ini", source)
+        self.run_tasks(install="$convert_pref=\n", startup="UserRegKey=C:\\own.ini\n")
+        line = "    Convert VT preferences: C:\\old dir\\eqnedit.ini to %s, result: %s\n"
+        self.assert_logged(line % ("C:\\own.ini", "Success"))
+        text = ("; Veltrane INI v1: Equation Preferences\n\n[SPACING]\nA=1\n\n[Styles]\nText=Tahoma,N\nUser1=\n; c\n"
+                "Greek=\nUser2=\nLast=MS Sans Serif\n\n")
+        self.assertEqual(self.prefix.text(r"C:\own.ini"), text)
+        self.assertEqual(self.prefix.text(r"C:\old dir\eqnedit.ini"), source)
+        # A second run finds every section there; a target that cannot be written fails.
+        self.run_tasks(install="$convert_pref=\n", startup="UserRegKey=C:\\own.ini\n")
+        self.assertEqual(self.prefix.text(r"C:\own.ini"), text)
+        self.prefix.chmod(r"C:\own.ini", 0o444)
+        self.run_tasks(install="$convert_pref=\n", startup="UserRegKey=C:\\own.ini\n")
+        self.assert_logged(line % ("C:\\own.ini", "Fail"))
 
 
 class OfficeAddIns(TaskTest):
