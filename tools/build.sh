@@ -37,8 +37,9 @@ build_tree() {
     die "building $text failed (see the compiler's messages above)"
 }
 
+build_program() { build_tree win "the program and its sample distribution"; }
 build_windows() {
-  build_tree win "the program"
+  build_program
   build_tree tests "the tests"
 }
 build_host() { build_tree host "the native fuzz targets"; }
