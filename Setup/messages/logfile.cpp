@@ -40,6 +40,8 @@ void Write(std::string_view text) {
     if (ch == '\n') bytes += '\r';
     bytes += ch;
   }
+  // Behind whatever is there: another setup that runs at the same time writes to the same file.
+  SetFilePointer(gLog.Get(), 0, nullptr, FILE_END);
   DWORD written = 0;
   WriteFile(gLog.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }

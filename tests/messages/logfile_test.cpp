@@ -201,6 +201,20 @@ TEST_F(LogTest, LinesAreWrittenAsGiven) {
   EXPECT_EQ(Body(), "<A> %s %n \xe9\r\n");
 }
 
+TEST_F(LogTest, LinesOfAnotherRunAreNotWrittenOver) {
+  ASSERT_TRUE(Open());
+  LogLine("one");
+  constexpr DWORD kShareBoth = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  FileHandle other(CreateFileA(mDir.Join("a.log").c_str(), GENERIC_WRITE, kShareBoth, nullptr, OPEN_EXISTING,
+                               FILE_ATTRIBUTE_NORMAL, nullptr));
+  ASSERT_TRUE(other);
+  SetFilePointer(other.Get(), 0, nullptr, FILE_END);
+  DWORD written = 0;
+  ASSERT_TRUE(WriteFile(other.Get(), "from elsewhere\r\n", 16, &written, nullptr));
+  LogLine("two");
+  EXPECT_EQ(Body(), "one\r\nfrom elsewhere\r\ntwo\r\n");
+}
+
 TEST_F(LogTest, LongLinesStayWhole) {
   ASSERT_TRUE(Open());
   const std::string line(100000, 'x');

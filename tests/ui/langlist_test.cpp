@@ -398,6 +398,21 @@ TEST_F(LangListTest, StringsThatLeadOutOfADamagedLibraryComeFromTheProgram) {
   EXPECT_GT(LoadResString(259, next, sizeof next), 0);
 }
 
+TEST_F(LangListTest, ShippedLibraryDamagedAnywhereDoesNoHarm) {
+  const std::string path = mFolder + "\\VTsu6en.dll";
+  const std::string whole = ReadWholeFile(ShippedLibrary("VTsu6en.dll"));
+  uint32_t random = 1;
+  const auto next = [&random] { return (random = random * 1664525 + 1013904223) >> 8; };
+  for (int round = 0; round < 60; ++round) {
+    SCOPED_TRACE(round);
+    std::string damaged = whole;
+    for (int i = 0; i < 100; ++i) damaged[next() % damaged.size()] = static_cast<char>(next());
+    WriteWholeFile(path, damaged);
+    if (LoadLanguage(0x0409)) Speaking();
+    FreeLanguageLibrary();
+  }
+}
+
 TEST_F(LangListTest, LoadingAnotherLanguageFreesTheFormer) {
   AddLibrary("VTsu6de.dll", kGerman);
   AddLibrary("VTsu6en.dll", 0x0409);
