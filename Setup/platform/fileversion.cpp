@@ -4,10 +4,13 @@
 
 #include <cstddef>
 #include <cstring>
+#include <span>
 #include <vector>
 
 #include "base/dynlib.h"
 #include "base/errormode.h"
+#include "platform/fio.h"
+#include "platform/imagefile.h"
 
 namespace {
 
@@ -29,13 +32,15 @@ constexpr size_t kSlack = 0x30000;
 
 constexpr DWORD kFixedSignature = 0xFEEF04BD;
 
+constexpr uint32_t kLargestImage = 0x10000000;  // bytes; no language library comes near it
+
 // The version resource of one file, read by the system's version library.
 class VersionResource {
  public:
   explicit VersionResource(const char* path) : mLibrary("version.dll", kFuncNames, kNumFuncs, 0) {
     const auto infoSize = mLibrary.FuncAs<InfoSizeFunc>(kInfoSize);
     const auto info = mLibrary.FuncAs<InfoFunc>(kInfo);
-    if (!path || !infoSize || !info || !mLibrary.Func(kQuery)) return;
+    if (!path || !infoSize || !info || !mLibrary.Func(kQuery) || !IsWholeImage(path)) return;
     CriticalErrorGuard guard;
     DWORD ignored = 0;
     const DWORD size = infoSize(path, &ignored);
@@ -108,6 +113,18 @@ bool FixedVersionText(VersionResource& resource, Str& text) {
 }
 
 }  // namespace
+
+bool IsWholeImage(const char* path) {
+  FioFile file;
+  uint32_t size = 0;
+  if (FioOpen(path, fioREAD, file) != fioOK || FioGetSize(file, size) != fioOK || size == 0 ||
+      size > kLargestImage)
+    return false;
+  std::vector<std::byte> bytes(size);
+  uint32_t got = 0;
+  if (FioRead(file, size, bytes.data(), &got) != fioOK || got != size) return false;
+  return ImageFileSize(bytes) <= size && ImageResourcesLieInFile(bytes);
+}
 
 bool GetFileVersionText(const char* path, Str& text) {
   VersionResource resource(path);

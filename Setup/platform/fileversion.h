@@ -4,6 +4,10 @@
 
 #include "base/str.h"
 
+// Whether the file is a program or library of which nothing is cut off, with resources that all lie in it.
+// Others must not be mapped: reading them leads out of the mapping.
+[[nodiscard]] bool IsWholeImage(const char* path);
+
 // The "FileVersion" text of a file; without one "major.minor.revision.build"; false when it has no version
 // resource.
 [[nodiscard]] bool GetFileVersionText(const char* path, Str& text);

@@ -1,8 +1,6 @@
 #include "ui/langlist.h"
 
-#include <cstddef>
 #include <memory>
-#include <span>
 
 #include "base/assert.h"
 #include "messages/format.h"
@@ -10,12 +8,10 @@
 #include "messages/res.h"
 #include "messages/varlist.h"
 #include "platform/fileversion.h"
-#include "platform/fio.h"
 #include "platform/folders.h"
 #include "platform/fs.h"
 #include "platform/fsdirit.h"
 #include "platform/fspath.h"
-#include "platform/imagefile.h"
 #include "stores/ini.h"
 #include "stores/register.h"
 
@@ -24,7 +20,6 @@ namespace {
 constexpr char kLibraryExt[] = ".dll";
 constexpr int32_t kPrimaryLanguageMask = 0x3FF;
 constexpr size_t kListGrowth = 20;
-constexpr uint32_t kHeadRoom = 4096;  // bytes that hold the headers of any library
 
 std::unique_ptr<CLangLib>& LoadedLibrary() {
   static std::unique_ptr<CLangLib> library;
@@ -132,19 +127,6 @@ Str NamedLibrary(const Str& folder, const Str& prefix, const Str& abbreviation) 
   name += kLibraryExt;
   const Str path = JoinPath(folder, name);
   return FSPath(path).IsFullPath() && FS::IsFile(path) ? path : Str();
-}
-
-// A library cut off in copying is mapped all the same, and reading its resources would lead out of the
-// mapping.
-bool IsWholeLibrary(const Str& path) {
-  FioFile file;
-  std::byte head[kHeadRoom];
-  uint32_t got = 0;
-  uint32_t size = 0;
-  if (FioOpen(path, fioREAD, file) != fioOK || FioGetSize(file, size) != fioOK) return false;
-  if (FioRead(file, kHeadRoom, head, &got) != fioOK) return false;
-  const uint64_t needed = ImageFileSize(std::span(head).first(got));
-  return needed != 0 && size >= needed;
 }
 
 // A file without a version says nothing against its name.
@@ -304,6 +286,9 @@ int32_t ModuleLanguage(const char* path) {
     path = own;
   }
   bool several = false;
+  if (!IsWholeImage(path))
+    LogError(Message("<LibPath> is damaged; no language is read from it.", kTemplateLiteral)
+                 .With("LibPath", path));
   const int32_t language = GetFileLanguage(path, several);
   VT_ASSERT(language != kNoLanguage, "Version resource contains more than one language.");
   return language;
@@ -324,8 +309,7 @@ bool LoadLanguage(int32_t language) {
   const Str path = FindLibrary(AppGetExpanded("CurrDir"), language, abbreviation);
   HMODULE module = nullptr;
   // Opened as data: texts are read from it, code in it never runs.
-  if (!path.IsEmpty() && IsWholeLibrary(path))
-    module = LoadLibraryExA(path, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  if (!path.IsEmpty() && IsWholeImage(path)) module = LoadLibraryExA(path, nullptr, LOAD_LIBRARY_AS_DATAFILE);
   const bool isProgram = !module && IsProgramLanguage(language);
   if (isProgram) module = GetModuleHandleA(nullptr);
   if (!module) return false;

@@ -465,6 +465,23 @@ class Scripts(SetupTest):
                 self.assertTrue(self.prefix.exists(SOURCE + r"\a.txt"))
 
 
+class Damage(SetupTest):
+    """Files of the distribution that are not what they were."""
+
+    def test_damaged_language_library_is_passed_over(self):
+        self.add_file("a.txt", b"alpha")
+        self.write_script()
+        with open(os.path.join(benchlib.BIN, "VTsu6en.dll"), "rb") as file:
+            whole = file.read()
+        for data in (whole[:len(whole) // 2], whole[:-700], whole[:600] + b"\xff" * (len(whole) - 600), b"", b"text"):
+            with self.subTest(size=len(data)):
+                self.prefix.write(SOURCE + r"\VTsu6en.dll", data)
+                self.assertEqual(self.install(), 0, self.log())
+                self.assert_logged(r"##ERROR: C:\dist\VTsu6en.dll is damaged; no language is read from it.",
+                                   "System language failed, using built-in!", "a installé les éléments sélectionnés.")
+                self.assert_installed()
+
+
 class ExhaustedMemory(SetupTest):
     """Texts larger than a program can hold: files without contents on disk, so that they cost nothing."""
 

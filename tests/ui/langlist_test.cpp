@@ -398,15 +398,27 @@ TEST_F(LangListTest, StringsThatLeadOutOfADamagedLibraryComeFromTheProgram) {
   EXPECT_GT(LoadResString(259, next, sizeof next), 0);
 }
 
+TEST_F(LangListTest, DamagedLibraryIsNamedInTheLog) {
+  AddLibrary("VTsu6de.dll", kGerman);
+  const std::string path = mFolder + "\\VTsu6de.dll";
+  const std::string whole = ReadWholeFile(path);
+  WriteWholeFile(path, whole.substr(0, whole.size() - 300));
+  AssertRecorder recorder;
+  EXPECT_EQ(List(), std::vector<int32_t>{kOwn});
+  EXPECT_EQ(recorder.Only(), kSeveral);
+  EXPECT_NE(Log().find("##ERROR: " + path + " is damaged; no language is read from it.\n"),
+            std::string::npos);
+}
+
 TEST_F(LangListTest, ShippedLibraryDamagedAnywhereDoesNoHarm) {
   const std::string path = mFolder + "\\VTsu6en.dll";
   const std::string whole = ReadWholeFile(ShippedLibrary("VTsu6en.dll"));
   uint32_t random = 1;
   const auto next = [&random] { return (random = random * 1664525 + 1013904223) >> 8; };
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < 100; ++round) {
     SCOPED_TRACE(round);
     std::string damaged = whole;
-    for (int i = 0; i < 100; ++i) damaged[next() % damaged.size()] = static_cast<char>(next());
+    for (int i = 0; i < 300; ++i) damaged[next() % damaged.size()] = static_cast<char>(next());
     WriteWholeFile(path, damaged);
     if (LoadLanguage(0x0409)) Speaking();
     FreeLanguageLibrary();
