@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <string_view>
+
 #include "platform/folders.h"
 #include "platform/fs.h"
 #include "platform/fsdirit.h"
@@ -44,6 +46,10 @@ bool IsDeletableTree(const char* path) {
   if (full.Length() == 2 && path[1] == ':') return false;
   if (full.IsEmpty() || !full.MakeFull() || HoldsPath(full, full.Components(FSPath::compVolume)))
     return false;
+  // A path of the form \\?\C:\folder or \\.\C:\folder, by which the Windows folder has another name.
+  const std::string_view text = full.mPath.View();
+  if (text.starts_with("\\\\?\\") || text.starts_with("\\\\.\\"))
+    return text.size() > 5 && text[5] == ':' && IsDeletableTree(full.mPath.Chars() + 4);
   Str folder;
   return !(Folders::GetWindowsDir(folder) && HoldsPath(full, folder)) &&
          !(Folders::GetSystemDir(folder) && HoldsPath(full, folder));

@@ -212,12 +212,15 @@ TEST_F(FileTasks, DirDelRefusesRootsAndTheWindowsFolders) {
   for (const std::string& folder :
        Names{"C:\\", "c:", std::string(windows), std::string(windows) + "\\", shortWindows,
              std::string(windows) + "\\system32", std::string(windows) + "\\.",
-             std::string(windows) + "\\system32\\..", "\\\\server\\share", "\\"}) {
+             std::string(windows) + "\\system32\\..", "\\\\server\\share", "\\",
+             "\\\\?\\" + std::string(windows), "\\\\.\\" + std::string(windows), "\\\\?\\C:", "\\\\?\\C:\\",
+             "\\\\?\\UNC\\server\\share"}) {
     EXPECT_FALSE(IsDeletableTree(folder.c_str())) << folder;
   }
   DirDel("C:\\");
   EXPECT_TRUE(Holds(Log(), "##ERROR: Task_dir_del: the folder \"C:\\\" must not be deleted."));
   EXPECT_TRUE(IsDeletableTree(Path("x").c_str()));
+  EXPECT_TRUE(IsDeletableTree(("\\\\?\\" + Path("x")).c_str()));
   EXPECT_TRUE(IsDeletableTree((std::string(windows) + "\\system32\\ours").c_str()));
   EXPECT_TRUE(IsDeletableTree((std::string(windows) + "x").c_str()));
 }
