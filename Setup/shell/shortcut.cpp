@@ -31,10 +31,24 @@ std::vector<LinkRecord> gLinks;
 
 void NotifyShell(LONG event, const char* path) { SHChangeNotify(event, SHCNF_PATHA, path, nullptr); }
 
-bool FitsLinkText(const LinkRecord& link) {
-  for (const Str* text : {&link.name, &link.desc, &link.pathname, &link.args, &link.iconPath})
-    if (text->Length() > kMaxLinkText) return false;
+// A path that was cut would name another file: its link is not made.
+bool PathsFit(const LinkRecord& link) {
+  for (const Str* path : {&link.name, &link.pathname, &link.iconPath})
+    if (path->Length() > kMaxLinkText) return false;
   return true;
+}
+
+void CutToRoom(Str& text) {
+  if (VT_ASSERT(text.Length() <= kMaxLinkText, "Str::Length(text) <= kMaxLinkText")) return;
+  text.Delete(kMaxLinkText, -1);
+}
+
+// The description and the arguments keep what they have room for.
+LinkRecord FittingLink(const LinkRecord& link) {
+  LinkRecord fitting = link;
+  CutToRoom(fitting.desc);
+  CutToRoom(fitting.args);
+  return fitting;
 }
 
 // Windows drops dots and blanks at a name's end: a part of a path that holds nothing else is the folder
@@ -125,7 +139,7 @@ bool GetShortcutFolder(Str& folder) { return Folders::GetProgramsDir(folder); }
 bool CreateLinkFile(const LinkRecord& link, const char* linkPath) {
   const bool complete = VT_ASSERT(Str::Length(link.pathname), "Str::Length(linkRec.pathname)") &
                         VT_ASSERT(Str::Length(link.desc), "Str::Length(linkRec.desc)");
-  if (!complete || !FitsLinkText(link) || Str::Length(linkPath) >= FS::kMaxPathNameLen) return false;
+  if (!complete || !PathsFit(link) || Str::Length(linkPath) >= FS::kMaxPathNameLen) return false;
   const ComScope com;
   ComPtr<IShellLinkA> shellLink;
   ComPtr<IPersistFile> file;
@@ -146,7 +160,7 @@ bool CreateLinkFile(const LinkRecord& link, const char* linkPath) {
   return true;
 }
 
-void AddGroupLink(const LinkRecord& link) { gLinks.push_back(link); }
+void AddGroupLink(const LinkRecord& link) { gLinks.push_back(FittingLink(link)); }
 
 void CreateProgramGroup(const Str& group) {
   if (Run().oldVersionChoice == kOldVersionReplace) {
@@ -212,6 +226,6 @@ void CreateSingleLink(const LinkRecord& link) {
   }
   if (!HasLinkExtension(linkPath)) linkPath.Append(kLinkExtension);
   ready = ready && FS::CreateDir(FSPath(linkPath).Parent());
-  if (!ready || !CreateLinkFile(link, linkPath))
+  if (!ready || !CreateLinkFile(FittingLink(link), linkPath))
     LogLine(Message("    Couldn't create link file <LinkFile>.").With("LinkFile", linkPath));
 }

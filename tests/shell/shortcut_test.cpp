@@ -182,15 +182,36 @@ TEST_F(ShortcutTest, TargetsAreTakenUpTo259Characters) {
   EXPECT_EQ(Read(Group("a.lnk")), LinkText(target, "b", "", ",0"));
 }
 
-TEST_F(ShortcutTest, EveryFieldIsRefusedFrom260Characters) {
+TEST_F(ShortcutTest, PathsAreRefusedFrom260Characters) {
   const std::string text(260, 'x');
-  for (const std::string& args : {text + ",b,C:\\c.exe", "a," + text + ",C:\\c.exe", "a,b,C:\\c.exe," + text,
-                                  "a,b,C:\\c.exe,-x," + text}) {
+  for (const std::string& args : {text + ",b,C:\\c.exe", "a,b," + text, "a,b,C:\\c.exe,-x," + text}) {
     Task("add_icon", args);
     EXPECT_NE(Task("add_icon_group", kGroup).find("couldn't create the following link file"),
               std::string::npos);
   }
   EXPECT_EQ(NamesIn(Group()), std::vector<std::string>());
+}
+
+TEST_F(ShortcutTest, DescriptionAndArgumentsAreTakenUpTo259Characters) {
+  const std::string text(259, 'x');
+  Task("add_icon", "a," + text + ",C:\\c.exe," + text);
+  Task("add_icon_group", kGroup);
+  EXPECT_EQ(Read(Group("a.lnk")), LinkText("C:\\c.exe", text, text, ",0"));
+}
+
+TEST_F(ShortcutTest, ALongerDescriptionIsCutAndAsserted) {
+  AssertRecorder rec;
+  Task("add_icon", "a," + std::string(260, 'x') + ",C:\\c.exe");
+  EXPECT_EQ(rec.Only(), "Str::Length(text) <= kMaxLinkText");
+  Task("add_icon_group", kGroup);
+  EXPECT_EQ(Read(Group("a.lnk")), LinkText("C:\\c.exe", std::string(259, 'x'), "", ",0"));
+}
+
+TEST_F(ShortcutTest, LongerArgumentsOfASingleLinkAreCutAndAsserted) {
+  AssertRecorder rec;
+  Task("create_link", "VtSingle,d,C:\\c.exe," + std::string(300, 'x'));
+  EXPECT_EQ(rec.Only(), "Str::Length(text) <= kMaxLinkText");
+  EXPECT_EQ(Read(mPrograms + "\\VtSingle.lnk"), LinkText("C:\\c.exe", "d", std::string(259, 'x'), ",0"));
 }
 
 TEST_F(ShortcutTest, ALinkPathOf260CharactersIsRefused) {
