@@ -263,7 +263,7 @@ void DeleteOwnFiles(const SequenceResult& result) {
   }
   if (!result.deleteSelf) return;
   Script().Close();
-  FS::Delete(JoinPath(AppGetExpanded("CurrDir"), kScriptName));
+  DeleteIfThere(JoinPath(AppGetExpanded("CurrDir"), kScriptName));
   DeleteProgramOnExit();
 }
 

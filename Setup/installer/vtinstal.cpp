@@ -9,6 +9,7 @@
 #include "installer/olddlg.h"
 #include "installer/upgrade.h"
 #include "installer/view_rme.h"
+#include "messages/filelog.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "messages/res.h"
@@ -206,7 +207,7 @@ bool PerformFilesAndTasks(const char* section, SequenceResult& result) {
   ClearMeter();
   if (!Run().abort && !RunSectionPass(section, kExecutePass, kTaskLines | kRegistryLines | kVariableLines))
     LogError("The script's second pass stopped before its end.");
-  if (!Run().install && !Run().IsWorkstation()) FS::Delete(AppGetExpanded("DscFilePath"));
+  if (!Run().install && !Run().IsWorkstation()) DeleteIfThere(AppGetExpanded("DscFilePath"));
   return true;
 }
 

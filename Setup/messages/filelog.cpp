@@ -4,6 +4,17 @@
 #include "messages/logfile.h"
 #include "platform/fs.h"
 
+namespace {
+
+Str DeletingLine(const char* path, const char* result) {
+  return Message("Deleting <PathName>, result = <Result>", kTemplateLiteral)
+      .With("PathName", path)
+      .With("Result", result)
+      .Text();
+}
+
+}  // namespace
+
 bool LoggedCopy(const char* source, const char* dest) {
   LogLine(Message("Copying <Source> to <Dest>", kTemplateLiteral).With("Source", source).With("Dest", dest));
   return FS::Copy(source, dest, false);
@@ -11,11 +22,13 @@ bool LoggedCopy(const char* source, const char* dest) {
 
 bool LoggedDelete(const char* path) {
   const bool deleted = FS::Delete(path);
-  Message line("Deleting <PathName>, result = <Result>", kTemplateLiteral);
-  line.With("PathName", path).With("Result", deleted ? "success" : "failure");
   if (deleted)
-    LogLine(line);
+    LogLine(DeletingLine(path, "success"));
   else
-    LogError(line);
+    LogError(DeletingLine(path, "failure"));
   return deleted;
+}
+
+void DeleteIfThere(const char* path) {
+  if (FS::Exists(path) && !FS::Delete(path)) LogError(DeletingLine(path, "failure"));
 }

@@ -154,3 +154,18 @@ class Restart(SetupTest):
         self.prefix.kill()
         self.assertEqual(self.remove(), 0)
         self.assertFalse(self.prefix.exists(PRODUCT + r"\texte.txt"))
+
+    def test_a_held_configuration_file_outlives_a_removal_and_is_named_in_the_log(self):
+        self.add_file("texte.txt", b"text")
+        self.write_script()
+        self.assertEqual(self.install(), 0)
+        self.hold(PRODUCT + r"\VT6.QLC", "none")
+        self.assertEqual(self.remove(), 0)
+        self.assert_logged("##ERROR: Deleting " + PRODUCT + r"\VT6.QLC, result = failure")
+        self.assertEqual(self.prefix.tree(PRODUCT), ["VT6.QLC"])
+        # The next removal takes it, and one without it has nothing to say of it.
+        self.prefix.kill()
+        for _ in range(2):
+            self.assertEqual(self.remove(), 0)
+            self.assertNotIn("VT6.QLC, result", self.log())
+            self.assertEqual(self.prefix.tree(PRODUCT), [])
