@@ -5,7 +5,7 @@
 # packages, libraries and apt state are not touched.
 # shellcheck shell=bash
 
-WINE_RECIPE=1
+WINE_RECIPE=2
 WINE_DIR=$CACHE/wine-8.0-$WINE_RECIPE
 WINE32=$WINE_DIR/wine32
 
@@ -74,8 +74,7 @@ build_wine() {
   local font
   for font in "$root"/usr/share/wine/fonts/*; do ln -sf "../wine/fonts/${font##*/}" "$root/usr/share/fonts/"; done
   # Every prefix holds copies of these files: without their debug sections it is less than half the size.
-  # Files that are no PE images cannot be stripped and stay as they are.
-  find "$dlls" -type f -print0 | xargs -0 -P2 -n32 i686-w64-mingw32-strip --strip-debug 2>/dev/null || true
+  python3 "$REPO/tools/bench/strip_debug.py" "$dlls"
   rm -rf "$state" "$root"/usr/share/{doc,man,locale,info} "$root/usr/x86_64-w64-mingw32"
 
   cat >"$dir/wine32" <<WRAPPER
