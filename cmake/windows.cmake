@@ -30,6 +30,10 @@ list(REMOVE_ITEM VT_SOURCES ${VT_ENTRY})
 if(VT_TREE STREQUAL "program")
   target_compile_options(vt_windows INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti
     -fno-threadsafe-statics> -fno-asynchronous-unwind-tables -fno-unwind-tables)
+  # From version 13 on the library's headers name the condition variables of its thread layer, which that layer declares
+  # for Windows Vista and later alone unless told so. The program has one thread and calls none of them.
+  target_compile_definitions(vt_windows INTERFACE
+    $<$<VERSION_GREATER_EQUAL:$<CXX_COMPILER_VERSION>,13>:__GTHREAD_HAS_COND=1;__GTHREAD_HIDE_WIN32API=1>)
 endif()
 add_library(vt_setup STATIC ${VT_SOURCES} ${CMAKE_SOURCE_DIR}/cmake/empty.c)
 target_link_libraries(vt_setup PUBLIC vt_windows
