@@ -482,6 +482,29 @@ class Damage(SetupTest):
                 self.assert_installed()
 
 
+class SeveralAtOnce(SetupTest):
+    """Setups that an impatient user starts over the same folder."""
+
+    def run_together(self, *runs):
+        began = [self.prefix.start(SOURCE + r"\Setup.exe", "-Q", *args, timeout=60) for args in runs]
+        results = [running.wait(75) for running in began]
+        self.assertFalse(any(result.timed_out for result in results))
+        return {result.code for result in results}
+
+    def test_each_ends_with_one_of_its_codes_and_the_last_word_is_whole(self):
+        for i in range(20):
+            self.add_file("f%d.dat" % i, os.urandom(50000))
+        self.write_script()
+        install, remove = ("-D", PRODUCT), ("-RS",)
+        for runs in ((install, install, install), (install, remove), (remove, remove)):
+            with self.subTest(runs=len(runs), first=runs[0][0]):
+                # 11 and 12: another one had the configuration file or a file of the product at that moment.
+                self.assertLessEqual(self.run_together(*runs), {0, 11, 12})
+                self.assertEqual(self.install(), 0, self.log())
+                self.assert_installed()
+                self.assert_nothing_passing()
+
+
 class ExhaustedMemory(SetupTest):
     """Texts larger than a program can hold: files without contents on disk, so that they cost nothing."""
 
