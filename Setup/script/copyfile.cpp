@@ -49,12 +49,6 @@ bool IsOwnFile(const char* path) {
   return false;
 }
 
-bool IsCompressedName(const char* path) {
-  Str extension;
-  FSPath(FSPath(path).FileName()).GetExtension(extension);
-  return extension.Find('#') >= 0 || extension.Find('_') >= 0;
-}
-
 int32_t DiskOf(const char* infile) {
   for (int32_t i = 0; i < GetNumFiles(); ++i) {
     const FileRecord record = GetFileRec(i);

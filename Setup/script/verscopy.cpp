@@ -3,14 +3,17 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <string>
 
 #include "base/assert.h"
+#include "base/handle.h"
 #include "base/runstate.h"
 #include "base/string.h"
 #include "messages/logfile.h"
 #include "platform/fs.h"
 #include "script/filerecord.h"
 #include "script/shortnames.h"
+#include "script/szdd.h"
 #include "script/tempnotes.h"
 #include "script/versionapi.h"
 
@@ -78,6 +81,25 @@ Str OpenableFolder(const char* dir, const char* name) {
   const DWORD length = GetShortPathNameA(dir, shortName, kPathSize);
   if (length > 0 && length < kPathSize) folder = shortName;
   return folder;
+}
+
+// False for a compressed file that ends before all of its bytes: the install function would install what is
+// there and call that a success.
+bool IsSourceWhole(const Str& path) {
+  if (!IsCompressedName(path)) return true;
+  const FileHandle file(CreateFileA(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  if (!file) return true;          // the install function will say so
+  constexpr DWORD kPiece = 65536;  // bytes
+  std::string bytes;
+  for (DWORD got = kPiece; got > 0;) {
+    const size_t before = bytes.size();
+    bytes.resize(before + kPiece);
+    if (!ReadFile(file.Get(), bytes.data() + before, kPiece, &got, nullptr)) return true;
+    bytes.resize(before + got);
+    if (!IsSzdd(bytes)) return true;
+  }
+  return IsSzddWhole(bytes);
 }
 
 // The name that the source has once expanded.
@@ -175,6 +197,12 @@ uint32_t InstallInto(const VersionApi& api, bool force, CopyJob& job) {
 
 }  // namespace
 
+bool IsCompressedName(const char* path) {
+  Str extension;
+  FSPath(FSPath(path).FileName()).GetExtension(extension);
+  return extension.Find('#') >= 0 || extension.Find('_') >= 0;
+}
+
 uint32_t StatusOfInstall(uint32_t installCodes, bool destWritable) {
   // A held source is no held destination.
   const bool held = (installCodes & VIF_SHARINGVIOLATION) != 0 && (installCodes & VIF_CANNOTREADSRC) == 0;
@@ -200,6 +228,10 @@ uint32_t VersionCopy(const char* szSourceFile, Str& destFile, bool force) {
     return Refuse("the path is too long", szSourceFile);
   const VersionApi* api = GetVersionApi();
   if (api == nullptr) return Refuse("the version library cannot be used", szSourceFile);
+  if (!IsSourceWhole(job.sourcePath)) {
+    Refuse("the compressed file ends too early", szSourceFile);
+    return vcSourceUnreadable;
+  }
   if (job.destName.IsEmpty()) {
     const uint32_t status = DeriveDestName(*api, job);
     if (status != 0) return status;

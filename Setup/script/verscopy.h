@@ -30,6 +30,9 @@ enum CopyStatus : uint32_t {
 uint32_t VersionCopy(const char* szSourceFile, Str& destFile, bool force);
 uint32_t VersionCopy(const char* szSourceFile, const char* destFile, bool force);
 
+// Whether the name says that the file is compressed: its extension holds "#" or "_".
+bool IsCompressedName(const char* path);
+
 // Status of the install function's answer `installCodes` (VIF_ bits, VIF_MISMATCH ignored). `destWritable`:
 // the destination exists and is not read-only, so that refused access means a running program.
 uint32_t StatusOfInstall(uint32_t installCodes, bool destWritable);

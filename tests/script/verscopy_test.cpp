@@ -449,6 +449,15 @@ TEST_F(RealCopy, ACompressedSourceWithoutADestinationNameGetsItsExpandedName) {
   EXPECT_EQ(mDir.Read("prog\\FILE.DLL"), "expanded text");
 }
 
+TEST_F(RealCopy, ACompressedSourceThatIsCutLeavesTheFileAsItIs) {
+  const std::string whole = MakeLzFile("expanded text", 'l');
+  mDir.Write("dist\\file.dl_", whole.substr(0, whole.size() - 1));
+  mDir.Write("prog\\file.dll", "former");
+  EXPECT_EQ(VersionCopy(Dist("file.dl_").c_str(), Prog("file.dll").c_str(), true), 0x200u);
+  EXPECT_EQ(mDir.Read("prog\\file.dll"), "former");
+  EXPECT_TRUE(Holds(Log(), "##ERROR: VersionCopy: the compressed file ends too early: ")) << Log();
+}
+
 TEST_F(RealCopy, AnEmptyDestinationReceivesTheFullPath) {
   mDir.Write("dist\\VTSHARED.DL_", MakeLzFile("expanded text", 'L'));
   Str dest;

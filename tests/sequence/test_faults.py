@@ -482,6 +482,14 @@ class Damage(SetupTest):
                 self.assert_installed()
 
 
+    def test_compressed_file_that_is_cut_is_not_installed(self):
+        whole = b"SZDD\x88\xf0\x27\x33Al" + (16).to_bytes(4, "little") + b"\xffabcdefgh\xffijklmnop"
+        self.add_file("a.dl_", whole[:-5])
+        self.write_script()
+        self.assertEqual(self.install(), 12, self.log())
+        self.assert_logged("the compressed file ends too early: C:\\dist\\a.dl_", "faute de pouvoir le lire")
+
+
 class SeveralAtOnce(SetupTest):
     """Setups that an impatient user starts over the same folder."""
 
