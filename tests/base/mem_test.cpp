@@ -37,6 +37,8 @@ TEST_F(MemHandleTest, AllocatesAMovableBlock) {
   EXPECT_EQ(mem.Size(), 10u);
   EXPECT_EQ(GlobalSize(mem.Handle()), 10u);
   EXPECT_EQ(MemHandle::LiveCount(), mLiveBefore + 1);
+  const MemLock lock(mem);
+  EXPECT_NE(static_cast<void*>(lock.Ptr()), mem.Handle());  // a fixed block's handle is its address
 }
 
 TEST_F(MemHandleTest, OfSizeZeroOwnsOneByteAndReportsZero) {

@@ -131,6 +131,7 @@ TEST(OldMem, SumBytesIsA16BitSum) {
   EXPECT_EQ(SumBytes(0, block), 0);
   const Block large(std::string(300, '\xff'));
   EXPECT_EQ(SumBytes(300, large), (300 * 255) & 0xFFFF);
+  EXPECT_EQ(SumBytes(200, large), 200 * 255);  // the greatest bit counts, too
 }
 
 TEST(OldMem, SumBytesOfNullIsZero) { EXPECT_EQ(SumBytes(10, nullptr), 0); }

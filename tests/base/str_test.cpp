@@ -118,6 +118,24 @@ TEST(Str, CopyFromLockedSourceAsserts) {
   source.Unlock();
 }
 
+TEST(Str, MoveFromLockedSourceAssertsAndTakesTheText) {
+  AssertRecorder recorder;
+  Str source("abc");
+  source.Lock(10);
+  Str moved(std::move(source));
+  EXPECT_EQ(recorder.Only(), "! str.mLocked");
+  EXPECT_STREQ(moved.Chars(), "abc");
+  recorder.Clear();
+  source.Unlock();
+  source = "def";
+  source.Lock(10);
+  Str assigned;
+  assigned = std::move(source);
+  EXPECT_EQ(recorder.Only(), "! str.mLocked");
+  EXPECT_STREQ(assigned.Chars(), "def");
+  source.Unlock();
+}
+
 TEST(Str, MoveTakesTheBuffer) {
   Str source("abc");
   const char* buffer = source.Chars();

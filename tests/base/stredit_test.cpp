@@ -1,5 +1,6 @@
 // Str: comparing, searching, editing and cutting.
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <string>
 #include <vector>
@@ -46,6 +47,28 @@ TEST(StrICompare, IgnoresTheCaseOfAnsiLetters) {
   EXPECT_EQ(Str("a").ICompare("B"), -1);
   EXPECT_EQ(Str("B").ICompare("a"), 1);
   EXPECT_EQ(Str::ICompare("", ""), 0);
+}
+
+// The lower-case form of a byte of code page 1252.
+char Lower1252(char ch) {
+  const auto byte = static_cast<unsigned char>(ch);
+  if (byte >= 'A' && byte <= 'Z') return static_cast<char>(byte - 'A' + 'a');
+  if (byte >= 0xC0 && byte <= 0xDE && byte != 0xD7) return static_cast<char>(byte + 0x20);
+  if (byte == 0x8A || byte == 0x8C || byte == 0x8E) return static_cast<char>(byte + 0x10);
+  return byte == 0x9F ? '\xff' : ch;
+}
+
+TEST(StrICompare, OfEveryByteWithEveryOther) {
+  if (GetACP() != 1252) GTEST_SKIP() << "the letters of code page 1252";
+  for (int a = 1; a < 256; ++a) {
+    for (int b = 1; b < 256; ++b) {
+      const char textA[] = {static_cast<char>(a), '\0'};
+      const char textB[] = {static_cast<char>(b), '\0'};
+      const bool equal = Lower1252(textA[0]) == Lower1252(textB[0]);
+      EXPECT_EQ(Str::ICompare(textA, textB) == 0, equal) << a << " and " << b;
+      EXPECT_EQ(Str::IFind(textA, textB) != nullptr, equal) << a << " and " << b;
+    }
+  }
 }
 
 TEST(StrICompare, TellsApartWhatOnlySortsAlike) {
@@ -209,6 +232,9 @@ TEST(StrInsert, OfItsOwnText) {
   Str text("abcd");
   text.Insert(text.Chars() + 1, 2);
   EXPECT_STREQ(text.Chars(), "abbcdcd");
+  text = "abcdefghij";
+  text.Insert(text.Chars() + 5, 0);  // what is inserted lies in the tail that moves
+  EXPECT_STREQ(text.Chars(), "fghijabcdefghij");
   Str longer(std::string(80, 'x').c_str());
   longer.Insert(longer.Chars(), 40);
   EXPECT_EQ(longer.View(), std::string(160, 'x'));

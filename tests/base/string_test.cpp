@@ -487,6 +487,9 @@ TEST(WStr, ReplaceCharacterByNulAsserts) {
   recorder.Clear();
   EXPECT_EQ(text.Replace(L'a', L'\0'), 0);
   EXPECT_EQ(recorder.Only(), "replace > 0");
+  recorder.Clear();
+  EXPECT_EQ(text.Replace(L'\0', L"x"), 0);
+  EXPECT_EQ(recorder.Only(), "ch > 0");
   EXPECT_EQ(Text(text), L"abc");
 }
 
@@ -614,12 +617,16 @@ TEST(WStr, StaticLength) {
 TEST(WStr, StaticICompare) {
   EXPECT_EQ(WStr::ICompare(L"\u00c9", L"\u00e9"), 0);
   EXPECT_EQ(WStr::ICompare(L"a", L"b"), -1);
+  EXPECT_EQ(WStr::ICompare(L"ABCDEFGHIJKLMNOPQRSTUVWXYZ", L"abcdefghijklmnopqrstuvwxyz"), 0);
+  EXPECT_NE(WStr::ICompare(L"@[", L"`{"), 0);
 }
 
 TEST(WStr, AssignmentFromAnsiText) {
   WStr text;
   text = "caf\xe9";
   EXPECT_EQ(Text(text), L"caf\u00e9");
+  EXPECT_EQ(text.Capacity(), 100);
+  text = std::string(99, 'x').c_str();
   EXPECT_EQ(text.Capacity(), 100);
   text = std::string(100, 'x').c_str();
   EXPECT_EQ(text.Length(), 100);

@@ -130,6 +130,17 @@ TEST(StrList, OutsideTheListAssertsAndGivesNothing) {
   EXPECT_EQ(BytesOf(list), Bytes("\1\0\1a", 4));
 }
 
+TEST(StrList, MoreThan65535EntriesAssertAndAreNotAdded) {
+  StrList list(65535);
+  const uint32_t size = list.Block().Size();
+  EXPECT_EQ(list.Count(), 65535);
+  AssertRecorder recorder;
+  list.Append("x");
+  EXPECT_EQ(recorder.Only(), "count < 65535");
+  EXPECT_EQ(list.Count(), 65535);
+  EXPECT_EQ(list.Block().Size(), size);
+}
+
 TEST(StrList, GetMemStrPtrWalksToTheLengthByte) {
   const uint8_t block[] = {3, 0, 1, 'a', 0, 2, 'b', 'c'};
   EXPECT_EQ(GetMemStrPtr(block, 0), block + 2);

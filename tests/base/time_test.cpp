@@ -92,6 +92,7 @@ TEST(TimeValue, FromFields) {
 TEST(TimeValue, FieldsAtTheirLimitsAreSilent) {
   EXPECT_EQ(Text(TimeValue::FromFields(2038, 1, 18, 0, 0, 0)), "01/18/2038 00:00:00");
   EXPECT_EQ(Text(TimeValue::FromFields(1970, 12, 31, 23, 59, 59)), "12/31/1970 23:59:59");
+  EXPECT_EQ(Text(TimeValue::FromFields(2024, 2, 1, 0, 0, 0)), "02/01/2024 00:00:00");
 }
 
 // One field outside its range: what is asserted, in order.
@@ -224,6 +225,9 @@ TEST(TimeValue, FieldsBeyondTheSystemsCalendar) {
   ASSERT_TRUE(TimeValue(0xFFFFFFFEu).ToFields(fields));
   EXPECT_EQ(fields.tm_wday, 0);
   EXPECT_EQ(fields.tm_yday, 37);
+  ASSERT_TRUE(TimeValue(0xF4865700u).ToFields(fields));
+  EXPECT_EQ(fields.tm_wday, 5);
+  EXPECT_EQ(fields.tm_yday, 0);
   EXPECT_EQ(Text(TimeValue(0xFFFFFFFEu)), "02/07/2106 06:28:14");
   EXPECT_EQ(Text(TimeValue(0xF4865700u)), "01/01/2100 00:00:00");
 }
@@ -271,6 +275,9 @@ TEST(TimeValue, SpanAssertsWhenNegative) {
   EXPECT_EQ(TimeValue(1500).Span(TimeValue(1500)), 0);
   AssertRecorder recorder;
   EXPECT_EQ(TimeValue(1000).Span(TimeValue(1500)), -500);
+  EXPECT_EQ(recorder.Only(), "time >= 0");
+  recorder.Clear();
+  EXPECT_EQ(TimeValue(1499).Span(TimeValue(1500)), -1);
   EXPECT_EQ(recorder.Only(), "time >= 0");
 }
 

@@ -67,6 +67,12 @@ const Comparison kComparisons[] = {
     {"alpha 50 against beta 1", {6, 0, 0, 50}, {6, 0, 0, 101}, false, false},
     {"beta 0 over alpha 99", {6, 0, 0, 100}, {6, 0, 0, 99}, true, true},
     {"later beta", {6, 0, 0, 103}, {6, 0, 0, 102}, true, true},
+    {"major of a release over a beta", {7, 0, 0, 0}, {6, 0, 0, 105}, true, false},
+    {"minor of a release over a beta", {6, 1, 0, 0}, {6, 0, 0, 105}, true, false},
+    {"revision letter of a release over a beta", {6, 0, 'b', 0}, {6, 0, 'a', 105}, true, false},
+    {"earlier major, later beta", {6, 0, 0, 105}, {7, 0, 0, 101}, false, false},
+    {"earlier minor, later beta", {6, 0, 0, 105}, {6, 1, 0, 101}, false, false},
+    {"earlier revision letter, later beta", {6, 0, 'a', 105}, {6, 0, 'b', 101}, false, false},
     {"same beta", {6, 0, 0, 102}, {6, 0, 0, 102}, false, false},
 };
 

@@ -405,6 +405,12 @@ TEST(FormatInt, UnsignedIsReportedAndDecimal) {
   EXPECT_EQ(recorder.Only(), "bad format character");
 }
 
+TEST(FormatInt, NegativeNumbersWithoutAKnownFormatAreTheirPatternInDecimal) {
+  AssertRecorder recorder;
+  EXPECT_EQ(Formatted("u", -1), "4294967295");
+  EXPECT_EQ(Formatted("12", -42), "  4294967254");
+}
+
 TEST(FormatInt, DigitsOnlyAreReportedAndDecimal) {
   AssertRecorder recorder;
   EXPECT_EQ(Formatted("4", 42), "  42");

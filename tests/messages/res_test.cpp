@@ -199,8 +199,19 @@ TEST_F(ResTest, NumberOfTheProgramsIdsContinuesWithThirtyThousandMore) {
 }
 
 TEST_F(ResTest, NumbersOfAChainAlwaysCountFromTheFirstId) {
-  UseProgram({{20000, "A$5$"}, {30005, "B$6$"}, {30006, "C"}});
+  UseProgram({{20000, "A$5$"},
+              {30005, "B$6$"},
+              {30006, "C"},
+              {700, "D$18000$"},
+              {21000, "E$6$"},  // one of the program's ids, in a text that is not
+              {3006, "F"}});
   EXPECT_EQ(Text(20000), "ABC");
+  EXPECT_EQ(Text(700), "DEF");
+}
+
+TEST_F(ResTest, NumbersOfAChainDoNotCountTheIndexIn) {
+  UseProgram({{20000, "A$5$"}, {3005, "B"}, {30005, "wrong"}});
+  EXPECT_EQ(Text(19999, 1), "AB");
 }
 
 TEST_F(ResTest, EmptyNumberContinuesWithTheNextId) {
@@ -280,8 +291,9 @@ TEST_F(ResTest, OpenTagIsReportedAndKept) {
 }
 
 TEST_F(ResTest, TagIsJudgedInTheJoinedText) {
-  UseProgram({{700, "!ta$$"}, {701, "g!Body"}});
+  UseProgram({{700, "!ta$$"}, {701, "g!Body"}, {710, "Stop$$"}, {711, "!now!"}});
   EXPECT_EQ(Text(700), "Body");
+  EXPECT_EQ(Text(710), "Stop!now!");
 }
 
 TEST_F(ResTest, OtherFirstCharactersStay) {
@@ -329,11 +341,11 @@ TEST_F(ResTest, MissingSharedTextIsReportedAndEmpty) {
 // The readers of parts
 
 TEST_F(ResTest, PartsBesideTheFirstMark) {
-  UseProgram({{700, "before!after!more<A>"}, {701, "whole"}, {702, "!tag!Body"}});
+  UseProgram({{700, "before<A>!after!more<A>"}, {701, "whole"}, {702, "!tag!Body"}});
   AppSetVariable("A", "1");
   Str part;
   GetResStrBeforeTag(700, 0, part);
-  EXPECT_EQ(part, "before");
+  EXPECT_EQ(part, "before<A>");
   GetResStrAfterTag(700, 0, part);
   EXPECT_EQ(part, "after!more<A>");
   GetResStrBeforeTag(700, 1, part);

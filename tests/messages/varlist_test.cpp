@@ -304,6 +304,7 @@ TEST_F(VarListTest, OtherWordsAreReportedAndLeaveTheResult) {
     for (bool before : {false, true}) {
       AssertRecorder recorder;
       mList.Set("A", word);
+      mList.Set("B", "Yes");
       bool flag = before;
       EXPECT_TRUE(mList.GetBool("A", flag));
       EXPECT_EQ(recorder.Only(), "bad Bool value") << word;
@@ -404,6 +405,15 @@ TEST_F(VarListTest, SearchGoesOnAtThePlaceOfTheReplacement) {
   EXPECT_EQ(text, ">");
 }
 
+TEST_F(VarListTest, TheInsertedValueIsSearchedWithinThePass) {
+  // The second "<A>" begins with the inserted value; it is gone before the older variable has its turn.
+  mList.Set("<A", "wrong");
+  mList.Set("A", "<");
+  Str text("<<A>A>");
+  EXPECT_EQ(mList.Expand(text), 2);
+  EXPECT_EQ(text, "<<");
+}
+
 TEST_F(VarListTest, OtherMarksCanBeUsed) {
   mList.Set("A", "1");
   Str text("[A] <A> %A%");
@@ -500,6 +510,7 @@ TEST_F(EndlessExpansionTest, OtherTextsStillExpandAfterwards) {
 }
 
 TEST_F(EndlessExpansionTest, NamesWithMarksDoNotDisturbTheLogLine) {
+  mList.Set("VarName", "wrong");
   mList.Set("<VarName>", "<<VarName>>");
   Str text("<<VarName>>");
   EXPECT_EQ(mList.Expand(text), 10000);

@@ -370,10 +370,13 @@ TEST_F(MessageRun, VariablesOfTheScriptDifferByCase) {
 }
 
 TEST_F(MessageRun, ValuesAreFilledWhateverTheOrderOfTheVariables) {
-  mSetup.WriteScript(mSetup.SimpleScript(
-      "Outer=<Inner>\r\nInner=x\r\nBack=<Outer>\r\nSpec=<Inner:4d> <Inner,x>\r\n" + Note({"Back", "Spec"})));
+  const std::string chain = "A=<B>\r\nB=<C>\r\nC=<D>\r\nD=<E>\r\nE=<F>\r\nF=y\r\n";
+  mSetup.WriteScript(
+      mSetup.SimpleScript("Outer=<Inner>\r\nInner=x\r\nBack=<Outer>\r\nSpec=<Inner:4d> <Inner,x>\r\n" +
+                          chain + Note({"Back", "Spec", "A"})));
   ExpectSilent(mSetup.SilentInstall(), 0);
   EXPECT_EQ(Made("Back"), "[x]");
+  EXPECT_EQ(Made("A"), "[y]");
   EXPECT_EQ(Made("Spec"), "[<Inner:4d> <Inner,x>]");
 }
 

@@ -272,7 +272,10 @@ TEST(SilentInstall, TamperedConfigurationFileIsNoObstacle) {
   setup.WriteScript(setup.SimpleScript());
   CreateDirectoryA(setup.Dest().c_str(), nullptr);
   std::string bytes = EncodeConfig({{"QLCMajVersion", "6"}, {"Licence", "42"}});
-  bytes[40] = static_cast<char>(bytes[40] ^ 1);
+  // A byte of the value 42: only the checksum tells that it was altered.
+  const size_t place =
+      sizeof "Quorvale Configuration File 1.0" + sizeof "QLCMajVersion" + sizeof "6" + sizeof "Licence";
+  bytes[place] = static_cast<char>(bytes[place] ^ 1);
   WriteWholeFile(setup.ConfigPath(), bytes);
   const RunOutcome outcome = setup.SilentInstall();
   ExpectSilent(outcome, 0);
