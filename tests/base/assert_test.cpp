@@ -63,8 +63,13 @@ TEST(Assert, AssertFailedFormatsAtThePlaceRecordedLast) {
 
 TEST(Assert, KeepsTheLastError) {
   AssertRecorder recorder;
+  HookTable hooks = Hooks();
+  hooks.assertFailed = [](const char*, const char*, int) { SetLastError(1); };
+  SetHooks(hooks);
   SetLastError(1234);
   VT_FAIL("x");
+  EXPECT_EQ(GetLastError(), 1234u);
+  AssertFailed("%d", 1);
   EXPECT_EQ(GetLastError(), 1234u);
 }
 

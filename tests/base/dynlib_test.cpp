@@ -137,6 +137,7 @@ TEST(DynLib, ABareNameComesFromTheSystemFolderOnly) {
   EXPECT_FALSE(DynLib("..\\vtplanted.dll", names, 1, 0).IsLoaded());
   EXPECT_FALSE(DynLib("C:vtplanted.dll", names, 1, 0).IsLoaded());
   EXPECT_FALSE(DynLib("", names, 1, 0).IsLoaded());
+  EXPECT_TRUE(DynLib("lz32.dll", names, 1, 0).IsLoaded());
   EXPECT_TRUE(DynLib(folder.Join("vtplanted.dll").c_str(), names, 1, 0).IsLoaded());
   SetCurrentDirectoryA(former);
 }

@@ -122,6 +122,16 @@ TEST_F(MiniDump, ATemporaryFolderThatCannotBeNamedAsserts) {
   EXPECT_EQ(recorder.Texts().back(), "GetMiniDumpPath(\"VTSetup\",index,miniDumpPath)");
 }
 
+DWORD WINAPI TempPathBeyondTheRoom(DWORD, LPSTR) { return 261; }
+
+TEST_F(MiniDump, ATemporaryFolderThatIsTooLongAsserts) {
+  AssertRecorder recorder;
+  const ImportDouble naming("GetTempPathA", reinterpret_cast<void*>(&TempPathBeyondTheRoom));
+  Str path;
+  EXPECT_FALSE(WriteMiniDump(path));
+  EXPECT_EQ(recorder.Only(), "GetMiniDumpPath(\"VTSetup\",index,miniDumpPath)");
+}
+
 DWORD WINAPI NoTempPath(DWORD, LPSTR) { return 0; }
 
 TEST_F(MiniDump, ATemporaryFolderThatTheSystemDoesNotKnowAsserts) {

@@ -75,7 +75,7 @@ TEST_F(LogTest, HeaderPadsItsNumbers) {
 }
 
 TEST_F(LogTest, HeaderIgnoresVariablesOfTheSameNames) {
-  AppSetVariable("Hour", "variable");
+  for (const char* name : {"Hour", "Hour:02d", "Year:4d"}) AppSetVariable(name, "variable");
   ASSERT_TRUE(Open());
   EXPECT_EQ(Bytes().find("variable"), std::string::npos);
 }
@@ -111,6 +111,12 @@ TEST_F(LogTest, MissingFolderFails) {
 TEST_F(LogTest, TooLongPathIsRefused) {
   EXPECT_FALSE(OpenLog(mDir.Path().c_str(), (std::string(260, 'x') + ".log").c_str()));
   EXPECT_FALSE(IsLogOpen());
+  // Of 259 and 260 characters: only the first leaves room for the end of the text.
+  const std::string name(259 - mDir.Path().size() - 1, 'x');
+  EXPECT_FALSE(OpenLog(mDir.Path().c_str(), (name + 'x').c_str()));
+  EXPECT_FALSE(IsLogOpen());
+  EXPECT_TRUE(OpenLog(mDir.Path().c_str(), name.c_str()));
+  EXPECT_TRUE(mDir.Has(name));
 }
 
 TEST_F(LogTest, FolderMayEndInABackslash) {
@@ -360,8 +366,10 @@ TEST_F(LogTest, SystemInfoWithRunningAtmOnly) {
   facts.atmRunning = true;
   facts.atmMajor = 2;
   facts.atmMinor = 51;
+  facts.mode = 2;
   ASSERT_TRUE(Open());
   LogSystemInfo(facts);
+  EXPECT_NE(Body().find("\r\nWindows Standard Mode\r\n"), std::string::npos) << Body();
   EXPECT_NE(Body().find("\r\nATM Version 2.51 Running\r\n"), std::string::npos) << Body();
 }
 

@@ -10,6 +10,7 @@
 #include "support/assert_recorder.h"
 #include "support/import_double.h"
 #include "support/registry_guard.h"
+#include "support/value_size.h"
 
 namespace {
 
@@ -256,7 +257,9 @@ TEST_F(WinRegistry, SetAndGetValue) {
 }
 
 TEST_F(WinRegistry, ValueIsStoredAsTextWithItsEnd) {
+  const ValueSizes sizes;
   EXPECT_TRUE(Key().SetValue("name", "abc"));
+  EXPECT_EQ(sizes.Given(), std::vector<DWORD>{4});
   DWORD type = 0, size = 0;
   EXPECT_EQ(RegQueryValueExA(Key().Key(), "name", nullptr, &type, nullptr, &size), ERROR_SUCCESS);
   EXPECT_EQ(type, DWORD{REG_SZ});

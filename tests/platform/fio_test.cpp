@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/handle.h"
 #include "support/assert_recorder.h"
 #include "support/import_double.h"
 #include "support/temp_dir.h"
@@ -92,6 +93,14 @@ TEST(FioOpening, AnyOtherFailureIsOpenFailed) {
   EXPECT_EQ(FioOpen(path.c_str(), fioWRITE, file), fioOPEN_FAILED);
 }
 
+// Whether somebody who lets others do everything can open the file.
+bool OthersMay(DWORD access, const std::string& path) {
+  const FileHandle file(CreateFileA(path.c_str(), access,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, 0, nullptr));
+  return static_cast<bool>(file);
+}
+
 TEST(FioOpening, ReadersShareAndWritersDoNot) {
   TempDir dir;
   const std::string path = dir.Write("a", "x");
@@ -99,11 +108,15 @@ TEST(FioOpening, ReadersShareAndWritersDoNot) {
   FioFile second = Opened(path, fioREAD);
   FioFile third;
   EXPECT_EQ(FioOpen(path.c_str(), fioWRITE, third), fioOPEN_FAILED);
+  EXPECT_TRUE(OthersMay(GENERIC_READ, path));
+  EXPECT_FALSE(OthersMay(GENERIC_WRITE, path));
   EXPECT_EQ(FioClose(first), fioOK);
   EXPECT_EQ(FioClose(second), fioOK);
   for (FioMode mode : {fioWRITE, fioREADWRITE, fioWRITE_TRUNC}) {
     FioFile writer = Opened(path, mode);
     EXPECT_EQ(FioOpen(path.c_str(), fioREAD, third), fioOPEN_FAILED) << mode;
+    EXPECT_FALSE(OthersMay(GENERIC_READ, path)) << mode;
+    EXPECT_FALSE(OthersMay(GENERIC_WRITE, path)) << mode;
     EXPECT_EQ(FioClose(writer), fioOK);
   }
 }
@@ -198,6 +211,8 @@ TEST(FioCreating, IsNotShared) {
   FioFile file, other;
   ASSERT_EQ(FioCreate(dir.Join("a").c_str(), fioREAD, file), fioOK);
   EXPECT_EQ(FioOpen(dir.Join("a").c_str(), fioREAD, other), fioOPEN_FAILED);
+  EXPECT_FALSE(OthersMay(GENERIC_READ, dir.Join("a")));
+  EXPECT_FALSE(OthersMay(GENERIC_WRITE, dir.Join("a")));
 }
 
 DWORD WINAPI NothingThere(LPCSTR) {

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "base/handle.h"
 #include "platform/unix_tool.h"
@@ -309,6 +311,31 @@ TEST(FSRemoveDir, FilesWithoutRecursionStopAtAFullSubfolder) {
   EXPECT_EQ(dir.Read("t\\s\\u\\c.txt"), "3");
 }
 
+// The names in a folder in the order in which the system lists them.
+std::vector<std::string> Listed(const std::string& folder) {
+  std::vector<std::string> names;
+  WIN32_FIND_DATAA entry;
+  const FindHandle search(FindFirstFileA((folder + "\\*").c_str(), &entry));
+  while (search) {
+    if (entry.cFileName[0] != '.') names.push_back(entry.cFileName);
+    if (!FindNextFileA(search.Get(), &entry)) break;
+  }
+  return names;
+}
+
+// What was listed from `first` on; the others came before it.
+std::vector<std::string> From(const std::string& first, const std::vector<std::string>& listed) {
+  return {std::find(listed.begin(), listed.end(), first), listed.end()};
+}
+
+TEST(FSRemoveDir, WhatComesBehindAFullSubfolderStays) {
+  TempDir dir;
+  for (const char* name : {"a.txt", "b\\x.txt", "c.txt"}) dir.Write(std::string("t\\") + name, "1");
+  const std::vector<std::string> listed = Listed(dir.Join("t"));
+  EXPECT_FALSE(FS::RemoveDir(dir.Join("t").c_str(), true, false));
+  EXPECT_EQ(Listed(dir.Join("t")), From("b", listed));
+}
+
 TEST(FSRemoveDir, FilesWithoutRecursionTakeEmptySubfolders) {
   TempDir dir;
   dir.Write("t\\a.txt", "1");
@@ -352,6 +379,18 @@ TEST(FSRemoveDir, FirstFailureStopsTheWalk) {
     EXPECT_EQ(FS::LastError(), FS::fsErrAccess);
   }
   EXPECT_EQ(dir.Read("t\\held.txt"), "1");
+}
+
+TEST(FSRemoveDir, WhatComesBehindTheFirstFailureStays) {
+  TempDir dir;
+  for (const char* name : {"a.txt", "b.txt", "c\\x.txt", "d.txt"}) dir.Write(std::string("t\\") + name, "1");
+  const std::vector<std::string> listed = Listed(dir.Join("t"));
+  {
+    OpenFile held(dir.Join("t\\b.txt"));
+    EXPECT_FALSE(FS::RemoveDir(dir.Join("t").c_str(), true, true));
+    EXPECT_EQ(FS::LastError(), FS::fsErrAccess);
+  }
+  EXPECT_EQ(Listed(dir.Join("t")), From("b.txt", listed));
 }
 
 TEST(FSRemoveDir, MissingFolder) {

@@ -187,6 +187,39 @@ TEST(FSCopy, TargetOpenForSharedWritingIsWrittenInPlace) {
   EXPECT_EQ(NamesIn(dir.Path()), (std::vector<std::string>{"a", "b"}));
 }
 
+DWORD gMoveError = ERROR_SUCCESS;
+
+BOOL WINAPI FailingMove(LPCSTR, LPCSTR, DWORD) {
+  SetLastError(gMoveError);
+  return FALSE;
+}
+
+TEST(FSCopy, TargetThatCannotBeReplacedIsWrittenInPlace) {
+  TempDir dir;
+  const std::string source = dir.Write("a", "new");
+  const ImportDouble moving("MoveFileExA", reinterpret_cast<void*>(&FailingMove));
+  for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION, ERROR_PATH_NOT_FOUND,
+                            ERROR_FILENAME_EXCED_RANGE, ERROR_BUFFER_OVERFLOW}) {
+    gMoveError = error;
+    const std::string target = dir.Write("b", "older");
+    EXPECT_TRUE(FS::Copy(source.c_str(), target.c_str(), false)) << error;
+    EXPECT_EQ(dir.Read("b"), "new") << error;
+    EXPECT_EQ(NamesIn(dir.Path()), (std::vector<std::string>{"a", "b"}));
+  }
+}
+
+TEST(FSCopy, TargetStaysWholeWhenTheCopyCannotBePutInItsPlace) {
+  TempDir dir;
+  const std::string source = dir.Write("a", "new");
+  const std::string target = dir.Write("b", "older");
+  const ImportDouble moving("MoveFileExA", reinterpret_cast<void*>(&FailingMove));
+  gMoveError = ERROR_WRITE_FAULT;
+  EXPECT_FALSE(FS::Copy(source.c_str(), target.c_str(), false));
+  EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
+  EXPECT_EQ(dir.Read("b"), "older");
+  EXPECT_EQ(NamesIn(dir.Path()), (std::vector<std::string>{"a", "b"}));
+}
+
 TEST(FSCopy, RelativeTarget) {
   TempDir dir;
   const std::string source = dir.Write("a", "new");

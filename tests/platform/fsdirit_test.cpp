@@ -134,12 +134,14 @@ TEST_F(FSDirIterator, NextAfterTheEndAsserts) {
 }
 
 TEST_F(FSDirIterator, ModeWithoutFilesAndFoldersAsserts) {
-  AssertRecorder recorder;
-  DirIterator entries(mDir.Path().c_str(), 0, false);
-  EXPECT_EQ(recorder.Only(), "mode & modeFiles || mode & modeDirs");
-  Str path;
-  bool isDir = false;
-  EXPECT_FALSE(entries.Next(path, isDir));
+  for (const uint32_t mode : {0u, 4u}) {
+    AssertRecorder recorder;
+    DirIterator entries(mDir.Path().c_str(), mode, false);
+    EXPECT_EQ(recorder.Only(), "mode & modeFiles || mode & modeDirs");
+    Str path;
+    bool isDir = false;
+    EXPECT_FALSE(entries.Next(path, isDir));
+  }
 }
 
 TEST(FSDirIteratorPath, NullAssertsAndYieldsNothing) {

@@ -104,7 +104,13 @@ TEST(FSUniqueTempName, MissingFolderFails) {
   EXPECT_EQ(Text(path), "untouched");
 }
 
+UINT WINAPI NameBeyondTheRoom(LPCSTR, LPCSTR, UINT, LPSTR) {
+  ADD_FAILURE() << "the system is asked for a name that may not fit";
+  return 0;
+}
+
 TEST(FSUniqueTempName, FolderThatLeavesNoRoomForAName) {
+  const ImportDouble naming("GetTempFileNameA", reinterpret_cast<void*>(&NameBeyondTheRoom));
   Str path("untouched");
   EXPECT_FALSE(FS::GetUniqueName(("C:\\" + std::string(244, 'd')).c_str(), "qli", path));
   EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
@@ -173,6 +179,9 @@ TEST(FSUniqueNumberedName, TooLongIsRefused) {
   EXPECT_FALSE(FS::GetUniqueName(Str(base.c_str()), Str(".dll"), path));
   EXPECT_EQ(FS::LastError(), FS::fsErrFailed);
   EXPECT_EQ(Text(path), "untouched");
+  EXPECT_FALSE(FS::GetUniqueName(Str(("C:\\" + std::string(253, 'x')).c_str()), Str(".dll"), path));
+  EXPECT_EQ(Text(path), "untouched");
+  EXPECT_TRUE(FS::GetUniqueName(Str(("C:\\" + std::string(252, 'x')).c_str()), Str(".dll"), path));
 }
 
 TEST(FSUniqueNumberedName, TakenNameWithoutRoomForANumberIsRefused) {
@@ -236,9 +245,12 @@ TEST(FSLongName, MissingComponentLeavesThePathUnchanged) {
 TEST(FSLongName, WildcardsFindNothing) {
   TempDir dir;
   dir.Write("abc", "x");
-  Str path(dir.Join("a*").c_str());
-  EXPECT_FALSE(FS::GetLongName(path));
-  EXPECT_EQ(FS::LastError(), FS::fsErrNotFound);
+  for (const char* pattern : {"a*", "a?c", "*", "???"}) {
+    Str path(dir.Join(pattern).c_str());
+    EXPECT_FALSE(FS::GetLongName(path)) << pattern;
+    EXPECT_EQ(FS::LastError(), FS::fsErrNotFound);
+    EXPECT_EQ(Text(path), dir.Join(pattern));
+  }
 }
 
 TEST(FSLongName, RelativePath) {

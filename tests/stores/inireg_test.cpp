@@ -10,6 +10,7 @@
 #include "support/assert_recorder.h"
 #include "support/import_double.h"
 #include "support/registry_guard.h"
+#include "support/value_size.h"
 
 namespace {
 
@@ -286,7 +287,9 @@ TEST_F(IniRegTest, ChangedKeysAreWritten) {
   IniWriteString(ini.get(), "k", "changed");
   IniWriteString(ini.get(), "new", "3");
   IniDeleteKey(ini.get(), "other");
+  const ValueSizes sizes;
   EXPECT_TRUE(IniClose(ini));
+  EXPECT_EQ(sizes.Given(), (std::vector<DWORD>{8, 2}));
   EXPECT_EQ(Raw("A", "k"), std::string("1:changed\0", 10));
   EXPECT_EQ(Get("A", "new"), "3");
   EXPECT_EQ(Get("A", "other"), std::nullopt);
@@ -438,6 +441,7 @@ TEST_F(IniRegTest, SectionWithoutHeaderIsNotWritten) {
   IniSetSection(ini.get(), "A", BlockOf("no header\nx=1\n\n"));
   EXPECT_TRUE(IniClose(ini));
   EXPECT_EQ(Raw("A", "x"), "none");
+  EXPECT_EQ(Raw("", "x"), "none");
   EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, kKey));
 }
 

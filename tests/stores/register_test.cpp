@@ -11,6 +11,7 @@
 #include "support/import_double.h"
 #include "support/registry_guard.h"
 #include "support/temp_dir.h"
+#include "support/value_size.h"
 
 namespace {
 
@@ -54,7 +55,9 @@ TEST_F(RegisterTest, CreatesTheKeyAndSetsText) {
 }
 
 TEST_F(RegisterTest, TextIsStoredWithItsTerminator) {
+  const ValueSizes sizes;
   EXPECT_TRUE(RegCreateKeyValue(HKEY_CURRENT_USER, kKey, "name", "text"));
+  EXPECT_EQ(sizes.Given(), std::vector<DWORD>{5});
   DWORD type = 0;
   DWORD size = 0;
   HKEY key = OpenReadOnly();
@@ -152,8 +155,8 @@ TEST_F(RegisterTest, KeyHandleIsShownAsEightHexadecimalDigits) {
 }
 
 TEST_F(RegisterTest, VariablesDoNotDisturbTheLogLine) {
-  AppSetVariable("RootKey", "variable");
-  AppSetVariable("A", "variable");
+  for (const char* name : {"RootKey", "RootKey:08X", "SubKey", "ValueName", "ValueData", "A"})
+    AppSetVariable(name, "variable");
   OpenTheLog();
   const HKEY key = reinterpret_cast<HKEY>(static_cast<uintptr_t>(0xABCDEF1));
   EXPECT_FALSE(RegCreateKeyValue(key, "<A>\\b", "name", "text"));

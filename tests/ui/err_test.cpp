@@ -188,6 +188,7 @@ TEST_F(ErrTest, OutOfMemoryIsAWarningWithItsText) {
 
 TEST_F(ErrTest, QuestionThatHoldsAPlaceholderKeepsItInTheLog) {
   SetTitles();
+  for (const char* name : {"Msg", "Response"}) AppSetVariable(name, "variable");
   Answered(kSetup, IDYES, [] { AskYesNo("<AppName> ?"); });
   EXPECT_EQ(Log(), "<AppName> ?: [Yes]\n\n");
 }
