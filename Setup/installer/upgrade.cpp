@@ -161,19 +161,19 @@ void BackUpUserSettings() {
   if (backup.OpenRooted(UserKeyPath(kBackupName), wrWrite) && settings.CopyKey(backup)) {
     LogLine(Message("Backing up VTW<OldMajVersion> settings"));
   } else {
-    LogError(Message("Error backing up VTW<OldMajVersion> settings"));
+    LogLine(Message("Error backing up VTW<OldMajVersion> settings"));
   }
 }
 
 void RestoreUserSettings() {
   KWinRegistry backup;
   if (!backup.OpenRooted(UserKeyPath(kBackupName), wrRead)) {
-    LogError(Message("Couldn't restore VTW<OldMajVersion> settings - couldn't open backup key"));
+    LogLine(Message("Couldn't restore VTW<OldMajVersion> settings - couldn't open backup key"));
     return;
   }
   KWinRegistry settings;
   if (!settings.OpenRooted(UserKeyPath(kSettingsName), wrWrite)) {
-    LogError(Message("Couldn't restore VTW<OldMajVersion> settings - couldn't open KVRX4 key"));
+    LogLine(Message("Couldn't restore VTW<OldMajVersion> settings - couldn't open KVRX4 key"));
     return;
   }
   LogLine(Message("Restoring VTW<OldMajVersion> settings"));

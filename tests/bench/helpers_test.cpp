@@ -181,6 +181,25 @@ TEST(DialogDriver, SetsATextAndReadsIt) {
   EXPECT_EQ(driver.Output(), "new text\r\n");
 }
 
+TEST(DialogDriver, PrintsTheLinesOfAList) {
+  WindowHandle window(CreateWindowA("STATIC", "Bench parent", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
+                                    100, nullptr, nullptr, nullptr, nullptr));
+  HWND list = CreateWindowA("LISTBOX", "", WS_CHILD | WS_VISIBLE | LBS_HASSTRINGS, 0, 0, 100, 80,
+                            window.Get(), reinterpret_cast<HMENU>(500), nullptr, nullptr);
+  ASSERT_NE(list, nullptr);
+  const std::string longLine(200, 'x');
+  for (const char* line : {"first", "second \xE9", longLine.c_str()})
+    SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
+  ChildProcess driver(Quoted(HelperPath("dialog_driver.exe")) + " -starts Bench -has 500 items 500");
+  ASSERT_TRUE(WaitUntil([&driver] {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
+    return driver.WaitForExit(0);
+  })) << driver.Output();
+  EXPECT_EQ(driver.ExitCode(), 0u) << driver.Output();
+  EXPECT_EQ(driver.Output(), "first\r\nsecond \xE9\r\n" + longLine + "\r\n");
+}
+
 TEST(DialogDriver, EveryWaitIsBounded) {
   EXPECT_EQ(Driver("-caption \"No such window\" -t 100 find"), "1:dialog_driver: no such window\r\n");
   WindowHandle window(CreateWindowA("STATIC", "Bench lonely", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,

@@ -195,14 +195,20 @@ ListMessages MessagesOf(HWND control) {
   return {LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT, LB_GETCURSEL, LB_SETCURSEL, LBN_SELCHANGE, LBN_DBLCLK};
 }
 
+// In wide characters: the conversion that a narrow question asks for is not made between programs.
 void PrintItems(HWND control) {
   const ListMessages messages = MessagesOf(control);
   const LRESULT count = Send(control, messages.count, 0, 0);
   for (LRESULT i = 0; i < count; ++i) {
-    std::string text(static_cast<size_t>(Send(control, messages.length, static_cast<WPARAM>(i), 0)) + 1,
-                     '\0');
-    Send(control, messages.text, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text.data()));
-    printf("%s\n", text.c_str());
+    const LRESULT length = Send(control, messages.length, static_cast<WPARAM>(i), 0);
+    std::wstring wide(static_cast<size_t>(length) + 1, L'\0');
+    DWORD_PTR result = 0;
+    if (!SendMessageTimeoutW(control, messages.text, static_cast<WPARAM>(i),
+                             reinterpret_cast<LPARAM>(wide.data()), SMTO_NORMAL, 5000, &result))
+      End(kNoAnswer, "the window does not answer");
+    char text[1024] = "";
+    WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, text, sizeof text - 1, nullptr, nullptr);
+    printf("%s\n", text);
   }
 }
 

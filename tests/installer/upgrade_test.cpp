@@ -162,7 +162,7 @@ TEST_F(UpgradeTest, Version4IsNotWaitedForAndItsFolderNotTaken) {
   EXPECT_EQ(std::string(AppGetExpanded("OldMajVersion")), "4");
   EXPECT_EQ(Log(), "Removing old version by running " + mProgram +
                        "\r\nVTW4Setup returned 7\r\n"
-                       "##ERROR: Couldn't restore VTW4 settings - couldn't open backup key\r\n");
+                       "Couldn't restore VTW4 settings - couldn't open backup key\r\n");
 }
 
 TEST_F(UpgradeTest, Version4ThatCannotBeStartedFails) {
@@ -195,7 +195,7 @@ TEST_F(UpgradeTest, BackupThatCannotBeWritten) {
   SetRegistryString(HKEY_CURRENT_USER, kUserKey, "Zoom", "150");
   const DeniedKey denied(HKEY_CURRENT_USER, kBackupKey);
   EXPECT_TRUE(RemoveEarlierVersion(4));
-  EXPECT_EQ(Log().find("##ERROR: Error backing up VTW4 settings\r\n"), 0u) << Log();
+  EXPECT_EQ(Log().find("Error backing up VTW4 settings\r\n"), 0u) << Log();
 }
 
 TEST_F(UpgradeTest, SettingsThatCannotBeRestored) {
@@ -203,8 +203,7 @@ TEST_F(UpgradeTest, SettingsThatCannotBeRestored) {
   SetRegistryString(HKEY_CURRENT_USER, kUserKey, "Zoom", "150");
   const DeniedKey denied(HKEY_CURRENT_USER, kUserKey);
   EXPECT_TRUE(RemoveEarlierVersion(4));
-  EXPECT_NE(Log().find("##ERROR: Couldn't restore VTW4 settings - couldn't open KVRX4 key\r\n"),
-            std::string::npos)
+  EXPECT_NE(Log().find("\nCouldn't restore VTW4 settings - couldn't open KVRX4 key\r\n"), std::string::npos)
       << Log();
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, kBackupKey, "Zoom"), "150");
 }
@@ -225,7 +224,7 @@ TEST_F(UpgradeTest, Version4FilesSurvive) {
   EXPECT_EQ(Log(), "Renaming " + fontInfo + " to " + fontTemp + "\r\nRenaming " + html + " to " + htmlTemp +
                        "\r\nRemoving old version by running " + mProgram +
                        "\r\nVTW4Setup returned 7\r\n"
-                       "##ERROR: Couldn't restore VTW4 settings - couldn't open backup key\r\n"
+                       "Couldn't restore VTW4 settings - couldn't open backup key\r\n"
                        "Renaming " +
                        fontTemp + " to " + fontInfo + "\r\nRenaming " + htmlTemp + " to " + html + "\r\n");
 }
