@@ -414,6 +414,13 @@ TEST_F(VarListTest, TheInsertedValueIsSearchedWithinThePass) {
   EXPECT_EQ(text, "<<");
 }
 
+TEST_F(VarListTest, NewerVariableThatAppearsWaitsForTheNextPass) {
+  mList.Set("B>c", "right");
+  mList.Set("A", "<B>");
+  mList.Set("B", "wrong");
+  EXPECT_EQ(Expanded(mList, "<A>c>"), "right");
+}
+
 TEST_F(VarListTest, OtherMarksCanBeUsed) {
   mList.Set("A", "1");
   Str text("[A] <A> %A%");
