@@ -162,7 +162,7 @@ InfResult SetupScript::WalkSection(const char* section, const InfHandlers& handl
     mKey = key;
     const InfResult result = ProcessLine(key, value, handlers, context);
     if (result != kInfOK) {
-      Log(Message("DoSection fail: section \"<sect>\" stopped at the line \"<key>\".", kTemplateLiteral)
+      Log(Message("The section \"<sect>\" stopped at the line \"<key>\".", kTemplateLiteral)
               .With("sect", section)
               .With("key", key));
       return result;

@@ -176,7 +176,7 @@ TEST_F(SetupInf, AMissingNestedSectionFailsTheChain) {
   EXPECT_EQ(gCalls, (Calls{"var A|1"}));
   EXPECT_EQ(Log(),
             "DoSection fail: section \"Gone\" not found.\n"
-            "DoSection fail: section \"main\" stopped at the line \"&Gone\".\n");
+            "The section \"main\" stopped at the line \"&Gone\".\n");
 }
 
 TEST_F(SetupInf, AnAmpersandAloneNamesNoSection) {
@@ -245,7 +245,7 @@ TEST_F(SetupInf, AFailingHandlerEndsItsSectionAtOnce) {
   gResult = 0;
   EXPECT_EQ(RunMain(), kInfHandlerFailed);
   EXPECT_EQ(gCalls, (Calls{"var A|1"}));
-  EXPECT_EQ(Log(), "DoSection fail: section \"main\" stopped at the line \"A\".\n");
+  EXPECT_EQ(Log(), "The section \"main\" stopped at the line \"A\".\n");
 }
 
 TEST_F(SetupInf, AFailureInANestedSectionStopsTheWholeChain) {
@@ -295,7 +295,7 @@ TEST_F(SetupInf, AnUnknownFileKeyFails) {
   EXPECT_TRUE(gCalls.empty());
   EXPECT_EQ(Log(),
             "DoFileLine fail: no record \"Name\" in the section \"files\".\n"
-            "DoSection fail: section \"main\" stopped at the line \"Name\".\n");
+            "The section \"main\" stopped at the line \"Name\".\n");
 }
 
 TEST_F(SetupInf, WithoutASectionFilesAFileLineFails) {
@@ -309,7 +309,7 @@ TEST_F(SetupInf, ARecordWithTooFewFieldsFailsAndIsNamed) {
   EXPECT_TRUE(gCalls.empty());
   EXPECT_EQ(Log(),
             "DoFileLine fail: the record \"Name=1,a,C:\\d\\a\" has less than four fields.\n"
-            "DoSection fail: section \"main\" stopped at the line \"Name\".\n");
+            "The section \"main\" stopped at the line \"Name\".\n");
 }
 
 TEST_F(SetupInf, RecordNumbersThatAreNoneAreZero) {
