@@ -31,21 +31,30 @@ TEST(Fatal, MemoryIsProbedWithoutStopping) {
   EXPECT_FALSE(MemoryAvailable(size_t{0x7FFF0000}));
 }
 
-// Runs in the child process only: no hook ends it.
-TEST(FatalChild, StopsWithoutHooks) {
+// These run in a child process only: no hook ends it.
+TEST(FatalChild, MemoryWithoutHooks) {
   if (GetEnvironmentVariableA("VT_FATAL_CHILD", nullptr, 0) == 0)
     GTEST_SKIP() << "started by another test only";
   SetHooks(HookTable{});
   StopForMemory(MemError::kAlloc);
 }
 
+TEST(FatalChild, ErrorWithoutHooks) {
+  if (GetEnvironmentVariableA("VT_FATAL_CHILD", nullptr, 0) == 0)
+    GTEST_SKIP() << "started by another test only";
+  SetHooks(HookTable{});
+  StopForFatalError();
+}
+
 TEST(Fatal, WithoutHooksTheProcessEndsWithEight) {
   char program[MAX_PATH] = "";
   ASSERT_NE(GetModuleFileNameA(nullptr, program, MAX_PATH), 0u);
   SetEnvironmentVariableA("VT_FATAL_CHILD", "1");
-  const ProcessResult result = RunProcess(Quoted(program) + " --gtest_filter=FatalChild.*");
+  for (const char* name : {"MemoryWithoutHooks", "ErrorWithoutHooks"}) {
+    const ProcessResult result = RunProcess(Quoted(program) + " --gtest_filter=FatalChild." + name);
+    EXPECT_EQ(result.exitCode, 8u) << name;
+  }
   SetEnvironmentVariableA("VT_FATAL_CHILD", nullptr);
-  EXPECT_EQ(result.exitCode, 8u);
 }
 
 }  // namespace

@@ -516,6 +516,14 @@ TEST(IniNextKey, StaysAtTheEnd) {
   EXPECT_FALSE(IniNextKey(ini, false, nullptr, key, nullptr));
 }
 
+TEST(IniNextKey, StaysAtTheEndWhenNoKeyHasThePrefix) {
+  MemoryStore ini("[A]\na=1\nb=2\n");
+  IniFindSection(ini, "A");
+  Str key;
+  EXPECT_FALSE(IniNextKey(ini, true, "x", key, nullptr));
+  EXPECT_FALSE(IniNextKey(ini, false, nullptr, key, nullptr));
+}
+
 TEST(IniNextKey, GoesOnAfterTheCurrentKeyWasDeleted) {
   MemoryStore ini("[A]\na=1\nb=2\nc=3\n");
   IniFindSection(ini, "A");

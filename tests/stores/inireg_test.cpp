@@ -295,6 +295,26 @@ TEST_F(IniRegTest, ChangedKeysAreWritten) {
   EXPECT_EQ(Get("A", "other"), std::nullopt);
 }
 
+TEST_F(IniRegTest, EachEditAloneIsAChange) {
+  bool (*const edits[])(IniStore*) = {
+      [](IniStore* ini) { return IniDeleteKey(ini, "gone"); },
+      [](IniStore* ini) { return IniWriteString(ini, "k", "1"); },
+      [](IniStore* ini) { return IniAddString(ini, "k", "2"); },
+      [](IniStore* ini) { return IniSetSection(ini, "A", BlockOf("[A]\nx=1\n\n")); },
+  };
+  for (const auto& edit : edits) {
+    Set("A", "gone", "1");
+    IniStorePtr ini = Open(false);
+    ASSERT_TRUE(IniFindSection(ini.get(), "A"));
+    EXPECT_TRUE(edit(ini.get()));
+    Set("A", "of another", "1");  // does not outlive the rewriting of a changed section
+    EXPECT_TRUE(IniClose(ini));
+    EXPECT_EQ(Get("A", "of another"), std::nullopt);
+  }
+  EXPECT_EQ(Get("A", "gone"), std::nullopt);
+  EXPECT_EQ(Get("A", "x"), "1");
+}
+
 TEST_F(IniRegTest, NewSectionsAreSubkeys) {
   IniStorePtr ini = Open(false);
   IniFindSection(ini.get(), "New", true);
