@@ -1,6 +1,7 @@
 // sources: messages/formatspec.cpp messages/restextrules.cpp
 // Placeholders are found where the rules say, filling them ends, and numbers read back as the number they
 // show.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
