@@ -1,5 +1,7 @@
 #include "tasks/infproc.h"
 
+#include <algorithm>
+
 #include "script/script_fixture.h"
 #include "tasks/tasks.h"
 
