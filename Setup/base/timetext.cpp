@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cstddef>
 
+#include "base/ascii.h"
+
 namespace {
 
 struct Field {
@@ -18,8 +20,6 @@ constexpr Field kFields[] = {
 
 bool IsSpace(char ch) { return ch == ' ' || (ch >= '\t' && ch <= '\r'); }
 
-bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
-
 // A decimal number of few digits: blanks, a sign, digits up to the first other character.
 int Decimal(std::string_view text) {
   size_t i = 0;
@@ -27,7 +27,7 @@ int Decimal(std::string_view text) {
   const bool negative = i < text.size() && text[i] == '-';
   if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
   int value = 0;
-  for (; i < text.size() && IsDigit(text[i]); ++i) value = value * 10 + (text[i] - '0');
+  for (; i < text.size() && IsAsciiDigit(text[i]); ++i) value = value * 10 + (text[i] - '0');
   return negative ? -value : value;
 }
 

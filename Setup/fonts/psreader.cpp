@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "base/ascii.h"
+
 namespace {
 
 using Bytes = std::span<const std::byte>;
@@ -35,17 +37,16 @@ bool ReadText(Bytes bytes, uint32_t offset, std::string& text) {
 }
 
 bool ParseNumber(std::string_view text, uint32_t& number) {
-  if (text.empty() || text.front() < '0' || text.front() > '9') return false;
+  if (text.empty() || !IsAsciiDigit(text.front())) return false;
   number = 0;
   for (const char ch : text) {
-    if (ch < '0' || ch > '9') break;
+    if (!IsAsciiDigit(ch)) break;
     number = number * 10 + static_cast<uint32_t>(ch - '0');  // wraps like the 32-bit value it becomes
   }
   return true;
 }
 
 std::vector<std::string_view> Words(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
   std::vector<std::string_view> words;
   while (true) {
     const size_t start = text.find_first_not_of(kBlanks);

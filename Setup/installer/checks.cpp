@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/ascii.h"
 #include "base/str.h"
 #include "messages/format.h"
 #include "messages/varlist.h"
@@ -38,7 +39,7 @@ BOOL CALLBACK CheckWindow(HWND window, LPARAM param) {
 int32_t VersionNumber(const Str& text) {
   int32_t number = 0;
   for (const char ch : text.View()) {
-    if (ch < '0' || ch > '9') return 0;
+    if (!IsAsciiDigit(ch)) return 0;
     number = number * 10 + (ch - '0');
     if (number > kLargestVersion) return 0;
   }

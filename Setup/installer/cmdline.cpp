@@ -1,5 +1,6 @@
 #include "installer/cmdline.h"
 
+#include "base/ascii.h"
 #include "base/runstate.h"
 
 namespace {
@@ -7,7 +8,7 @@ namespace {
 enum class Takes : uint8_t { kNothing, kProgDir, kInstallFromDir };
 
 struct SwitchRow {
-  std::string_view name;  // upper case
+  std::string_view name;  // in any case
   Takes takes;
   uint8_t setupFlags;
   bool lockProgDir;
@@ -28,22 +29,11 @@ constexpr SwitchRow kSwitches[] = {
     {"ASSERT", Takes::kNothing, 0, false, &CommandLine::raiseAssertion},
 };
 
-bool IsBlank(char ch) { return ch == ' ' || ch == '\t'; }
-
-char UpperAscii(char ch) { return ch >= 'a' && ch <= 'z' ? static_cast<char>(ch - 'a' + 'A') : ch; }
-
-bool EqualsUpper(std::string_view text, std::string_view upper) {
-  if (text.size() != upper.size()) return false;
-  for (size_t i = 0; i < text.size(); ++i)
-    if (UpperAscii(text[i]) != upper[i]) return false;
-  return true;
-}
-
 const SwitchRow* FindSwitch(std::string_view argument) {
   if (argument.empty() || (argument.front() != '/' && argument.front() != '-')) return nullptr;
   argument.remove_prefix(1);
   for (const SwitchRow& row : kSwitches)
-    if (EqualsUpper(argument, row.name)) return &row;
+    if (EqualNoCase(argument, row.name)) return &row;
   return nullptr;
 }
 
@@ -133,8 +123,6 @@ bool EndsWithCharacter(std::string_view text, char wanted, LeadByteTest isLeadBy
     if (isLeadByte(static_cast<unsigned char>(text[i])) && ++i == text.size() - 1) return false;
   return true;
 }
-
-bool IsAsciiLetter(char ch) { return UpperAscii(ch) >= 'A' && UpperAscii(ch) <= 'Z'; }
 
 // A folder as the user gave it. A closing quote left over by "C:\Folder\" (where the backslash guards the
 // quote) is dropped, then one trailing backslash. A bare drive would mean that drive's current folder: it

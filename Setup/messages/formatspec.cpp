@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 
-namespace {
+#include "base/ascii.h"
 
-bool IsDigit(char ch) { return ch >= '0' && ch <= '9'; }
+namespace {
 
 std::string Digits(uint32_t value, uint32_t base, bool upper) {
   const char* const digits = upper ? "0123456789ABCDEF" : "0123456789abcdef";
@@ -27,7 +27,7 @@ bool ParseFormatSpec(std::string_view text, FormatSpec& spec) {
     text.remove_prefix(1);
   }
   constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
-  while (!text.empty() && IsDigit(text.front())) {
+  while (!text.empty() && IsAsciiDigit(text.front())) {
     const int32_t digit = text.front() - '0';
     spec.width = spec.width > (kMax - digit) / 10 ? kMax : spec.width * 10 + digit;
     text.remove_prefix(1);

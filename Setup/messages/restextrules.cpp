@@ -1,5 +1,7 @@
 #include "messages/restextrules.h"
 
+#include "base/ascii.h"
+
 namespace {
 
 constexpr std::string_view kEndOfList = "!END!";
@@ -11,7 +13,7 @@ bool HasTag(std::string_view text) { return text.starts_with('!') && text != kEn
 bool ParseNumber(std::string_view text, uint32_t& number) {
   number = 0;
   for (const char ch : text) {
-    if (ch < '0' || ch > '9' || number > 0xFFFF) return false;
+    if (!IsAsciiDigit(ch) || number > 0xFFFF) return false;
     number = number * 10 + static_cast<uint32_t>(ch - '0');
   }
   return !text.empty();

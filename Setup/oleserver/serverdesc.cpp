@@ -1,5 +1,7 @@
 #include "oleserver/serverdesc.h"
 
+#include "base/ascii.h"
+
 namespace {
 
 constexpr std::string_view kMakerCode = "KV";
@@ -11,22 +13,11 @@ constexpr std::string_view kMicrosoft = "MS";
 constexpr std::string_view kThirdRelease = "KVRX36";
 constexpr int32_t kThirdReleaseVersion = 3;
 
-bool IsBlank(char ch) { return ch == ' ' || ch == '\t'; }
-
-char Lower(char ch) { return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch - 'A' + 'a') : ch; }
-
-bool EqualNoCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i)
-    if (Lower(a[i]) != Lower(b[i])) return false;
-  return true;
-}
-
 int32_t LeadingNumber(std::string_view text) {
   constexpr int32_t kLimit = 100000000;
   int32_t number = 0;
   for (const char ch : text) {
-    if (ch < '0' || ch > '9' || number >= kLimit) break;
+    if (!IsAsciiDigit(ch) || number >= kLimit) break;
     number = number * 10 + (ch - '0');
   }
   return number;
@@ -62,7 +53,7 @@ ServerDescription DescribeServer(std::string_view progId, std::string_view serve
 
 std::string ServerProgram(std::string_view command) {
   constexpr std::string_view kExe = ".exe";
-  while (!command.empty() && IsBlank(command.front())) command.remove_prefix(1);
+  command = SkipBlanks(command);
   if (!command.empty() && command.front() == '"') {
     command.remove_prefix(1);
     return std::string(command.substr(0, command.find('"')));
@@ -72,5 +63,5 @@ std::string ServerProgram(std::string_view command) {
     if (EqualNoCase(command.substr(i, kExe.size()), kExe) && EndsProgram(command.substr(end)))
       return std::string(command.substr(0, end));
   }
-  return std::string(command.substr(0, command.find_first_of(" \t")));
+  return std::string(command.substr(0, command.find_first_of(kBlanks)));
 }

@@ -1,5 +1,7 @@
 #include "platform/pathparts.h"
 
+#include "base/ascii.h"
+
 namespace PathText {
 namespace {
 
@@ -124,8 +126,7 @@ void Append(std::string& path, std::string_view component, LeadByteTest lead) {
 
 bool IsFull(std::string_view path) {
   if (IsNetwork(path)) return true;
-  if (path.size() < 3 || path[1] != ':' || path[2] != '\\') return false;
-  return (path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z');
+  return path.size() >= 3 && IsAsciiLetter(path[0]) && path[1] == ':' && path[2] == '\\';
 }
 
 size_t FindExtension(std::string_view path, LeadByteTest lead) {

@@ -3,17 +3,15 @@
 #include <algorithm>
 #include <limits>
 
-namespace {
+#include "base/ascii.h"
 
-constexpr std::string_view kBlanks = " \t";
+namespace {
 
 // The text up to the next comma; blanks around it do not count.
 std::string_view TakeField(std::string_view& text) {
   const size_t comma = text.find(',');
-  std::string_view field = text.substr(0, comma);
+  const std::string_view field = TrimBlanks(text.substr(0, comma));
   text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
-  field.remove_prefix(std::min(field.find_first_not_of(kBlanks), field.size()));
-  field.remove_suffix(field.size() - (field.find_last_not_of(kBlanks) + 1));
   return field;
 }
 
@@ -39,16 +37,15 @@ bool SplitBeforeExpanding(std::string_view raw, std::string_view expanded) {
 }
 
 int64_t ParseRecordNumber(std::string_view text) {
-  const size_t start = text.find_first_not_of(kBlanks);
-  if (start == std::string_view::npos) return 0;
-  text.remove_prefix(start);
+  text = SkipBlanks(text);
+  if (text.empty()) return 0;
   const bool negative = text.front() == '-';
   if (negative || text.front() == '+') text.remove_prefix(1);
   constexpr int64_t kLowest = std::numeric_limits<int32_t>::min();
   const int64_t limit = negative ? -kLowest : static_cast<int64_t>(std::numeric_limits<uint32_t>::max());
   int64_t value = 0;
   for (const char ch : text) {
-    if (ch < '0' || ch > '9') break;
+    if (!IsAsciiDigit(ch)) break;
     value = value * 10 + (ch - '0');
     if (value > limit) value = limit;
   }
@@ -56,9 +53,8 @@ int64_t ParseRecordNumber(std::string_view text) {
 }
 
 bool IsRecordNumber(std::string_view text) {
-  const size_t start = text.find_first_not_of(kBlanks);
-  if (start == std::string_view::npos) return false;
-  text = text.substr(start, text.find_last_not_of(kBlanks) + 1 - start);
+  text = TrimBlanks(text);
+  if (text.empty()) return false;
   if (text.front() == '-' || text.front() == '+') text.remove_prefix(1);
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
@@ -94,7 +90,6 @@ RecordDest SplitRecordDest(std::string_view dest, PathText::LeadByteTest lead) {
     else
       break;
   }
-  dest.remove_prefix(std::min(dest.find_first_not_of(kBlanks), dest.size()));
-  SplitPathText(dest, lead, result.dir, result.name);
+  SplitPathText(SkipBlanks(dest), lead, result.dir, result.name);
   return result;
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
+
 namespace {
 
 constexpr char kKeep = 'K';
@@ -17,19 +19,7 @@ std::string Note(char kind, std::string_view text) {
   return line;
 }
 
-char ToLower(char ch) { return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch + ('a' - 'A')) : ch; }
-
-bool StartsWith(std::string_view text, std::string_view lowerPrefix) {
-  if (text.size() < lowerPrefix.size()) return false;
-  for (size_t i = 0; i < lowerPrefix.size(); ++i)
-    if (ToLower(text[i]) != lowerPrefix[i]) return false;
-  return true;
-}
-
-bool IsHexDigit(char ch) {
-  const char lower = ToLower(ch);
-  return (lower >= '0' && lower <= '9') || (lower >= 'a' && lower <= 'f');
-}
+bool IsHexDigit(char ch) { return IsAsciiDigit(ch) || (AsciiLower(ch) >= 'a' && AsciiLower(ch) <= 'f'); }
 
 }  // namespace
 
@@ -69,10 +59,11 @@ LeftoverNotes ParseLeftoverNotes(std::string_view text) {
 bool IsInstallTempName(std::string_view name) {
   constexpr std::string_view kStart = "ver";
   constexpr std::string_view kEnd = ".tmp";
-  if (!StartsWith(name, kStart) || name.size() <= kStart.size() + kEnd.size()) return false;
+  if (name.size() <= kStart.size() + kEnd.size() || !EqualNoCase(name.substr(0, kStart.size()), kStart))
+    return false;
   const std::string_view digits = name.substr(kStart.size(), name.size() - kStart.size() - kEnd.size());
   return digits.size() <= 4 && std::all_of(digits.begin(), digits.end(), IsHexDigit) &&
-         StartsWith(name.substr(name.size() - kEnd.size()), kEnd);
+         EqualNoCase(name.substr(name.size() - kEnd.size()), kEnd);
 }
 
 bool IsOwnTempPath(std::string_view path, PathText::LeadByteTest lead) {

@@ -1,30 +1,20 @@
 #include "script/wininit.h"
 
+#include "base/ascii.h"
+
 namespace {
 
 constexpr std::string_view kHeader = "[Rename]";
 constexpr std::string_view kLineEnd = "\r\n";
-
-bool SameLetters(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    const auto lower = [](char ch) {
-      return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch + ('a' - 'A')) : ch;
-    };
-    if (lower(a[i]) != lower(b[i])) return false;
-  }
-  return true;
-}
 
 // Position behind the header's line, npos when there is no header.
 size_t FindBehindHeader(std::string_view text) {
   for (size_t pos = 0; pos < text.size();) {
     size_t end = text.find('\n', pos);
     if (end == std::string_view::npos) end = text.size();
-    std::string_view line = text.substr(pos, end - pos);
-    while (!line.empty() && (line.back() == '\r' || line.back() == ' ' || line.back() == '\t'))
-      line.remove_suffix(1);
-    if (SameLetters(line, kHeader)) return end < text.size() ? end + 1 : end;
+    const std::string_view line = text.substr(pos, end - pos);
+    if (EqualNoCase(line.substr(0, line.find_last_not_of(" \t\r") + 1), kHeader))
+      return end < text.size() ? end + 1 : end;
     pos = end + 1;
   }
   return std::string_view::npos;

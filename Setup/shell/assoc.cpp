@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "base/ascii.h"
 #include "base/assert.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
@@ -21,12 +22,8 @@ constexpr char kFileExtsKey[] =
 constexpr char kOrderValue[] = "MRUList";
 constexpr DWORD kProfileSize = 1024;
 
-char LowerLetter(char ch) { return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch - 'A' + 'a') : ch; }
-
 // A list entry is named by one letter.
-bool IsEntryName(const Str& name) {
-  return name.Length() == 1 && LowerLetter(name.Chars()[0]) >= 'a' && LowerLetter(name.Chars()[0]) <= 'z';
-}
+bool IsEntryName(const Str& name) { return name.Length() == 1 && IsAsciiLetter(name.Chars()[0]); }
 
 bool OpenOpenWithList(const Str& extension, KWinRegistry& list, WinRegMode mode) {
   Str path(kFileExtsKey);
@@ -54,7 +51,7 @@ OpenWithEntries ReadEntries(KWinRegistry& list, const Str& application, bool any
   for (uint32_t i = 0; list.EnumValue(i, name, data); ++i) {
     const bool isEntry = IsEntryName(name);
     if (isEntry) {
-      const char letter = LowerLetter(name.Chars()[0]);
+      const char letter = AsciiLower(name.Chars()[0]);
       entries.used[letter - 'a'] = true;
       if (letter > entries.greatest) entries.greatest = letter;
     }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "base/ascii.h"
+
 namespace {
 
 constexpr std::string_view kHeader = "Quorvale Configuration File 1.0";
@@ -35,7 +37,7 @@ bool TakeText(std::string_view all, size_t& pos, std::string_view& text) {
 bool ParseTotal(std::string_view digits, uint32_t& total) {
   uint64_t number = 0;
   for (const char ch : digits) {
-    if (ch < '0' || ch > '9') return false;
+    if (!IsAsciiDigit(ch)) return false;
     number = number * 10 + static_cast<unsigned>(ch - '0');
     if (number > UINT32_MAX) return false;
   }

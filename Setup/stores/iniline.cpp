@@ -2,15 +2,14 @@
 
 #include <limits>
 
+#include "base/ascii.h"
+
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kLineEnds = "\r\n";
 
-void AsciiLower(char* text, size_t size) {
-  for (size_t i = 0; i < size; ++i) {
-    if (text[i] >= 'A' && text[i] <= 'Z') text[i] = static_cast<char>(text[i] + ('a' - 'A'));
-  }
+void LowerInPlace(char* text, size_t size) {
+  for (size_t i = 0; i < size; ++i) text[i] = AsciiLower(text[i]);
 }
 
 bool NoLead(unsigned char) { return false; }
@@ -22,14 +21,9 @@ bool LastByteIsCharacter(std::string_view text, const IniRules& rules) {
   return i + 1 == text.size();
 }
 
-std::string_view SkipBlanks(std::string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
-  return first == std::string_view::npos ? std::string_view() : text.substr(first);
-}
-
 }  // namespace
 
-IniRules AsciiIniRules() { return {AsciiLower, NoLead}; }
+IniRules AsciiIniRules() { return {LowerInPlace, NoLead}; }
 
 std::string FoldName(std::string_view name, const IniRules& rules) {
   std::string folded(name);
@@ -44,11 +38,6 @@ bool SameName(std::string_view a, std::string_view b, const IniRules& rules) {
 bool NameBeginsWith(std::string_view name, std::string_view prefix, const IniRules& rules) {
   return prefix.empty() ||
          (name.size() >= prefix.size() && FoldName(name, rules).starts_with(FoldName(prefix, rules)));
-}
-
-std::string_view TrimBlanks(std::string_view text) {
-  text = SkipBlanks(text);
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
 }
 
 std::string_view UpToLineEnd(std::string_view text) { return text.substr(0, text.find_first_of(kLineEnds)); }
@@ -82,7 +71,7 @@ int32_t ParseIniNumber(std::string_view text) {
   constexpr int64_t kMax = std::numeric_limits<int32_t>::max();
   int64_t number = 0;
   for (const char ch : text) {
-    if (ch < '0' || ch > '9') break;
+    if (!IsAsciiDigit(ch)) break;
     number = number * 10 + (ch - '0');
     if (number > kMax) number = kMax + 1;
   }

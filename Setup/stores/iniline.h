@@ -22,8 +22,6 @@ std::string FoldName(std::string_view name, const IniRules& rules);
 bool SameName(std::string_view a, std::string_view b, const IniRules& rules);
 bool NameBeginsWith(std::string_view name, std::string_view prefix, const IniRules& rules);
 
-// Without leading and trailing spaces and tabs.
-std::string_view TrimBlanks(std::string_view text);
 // The text up to its first line end.
 std::string_view UpToLineEnd(std::string_view text);
 // The first non-blank character is ";".

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
+
 namespace {
 
 uint32_t HashOf(std::string_view folded) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
+
 namespace {
 
 std::string_view CutValue(std::string_view text) { return text.substr(0, kIniMaxLine); }

@@ -1,14 +1,8 @@
 #include "tasks/splitargs.h"
 
+#include "base/ascii.h"
+
 namespace {
-
-bool IsBlank(char ch) { return ch == ' ' || ch == '\t'; }
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 // Takes a quoted first field off the text. What follows the closing quote is separated as usual, so the comma
 // behind the quote ends this field and blanks before it are no field of their own.
@@ -16,9 +10,7 @@ std::string_view TakeQuoted(std::string_view& text) {
   text.remove_prefix(text.find('"') + 1);
   const size_t close = text.find('"');
   const std::string_view field = text.substr(0, close);
-  text.remove_prefix(close == std::string_view::npos ? text.size() : close + 1);
-  const size_t next = text.find_first_not_of(" \t");
-  text.remove_prefix(next == std::string_view::npos ? text.size() : next);
+  text = SkipBlanks(text.substr(close == std::string_view::npos ? text.size() : close + 1));
   return field;
 }
 
@@ -26,11 +18,11 @@ std::string_view TakeQuoted(std::string_view& text) {
 
 std::vector<std::string> SplitArgs(std::string_view text, bool quotedFirst) {
   std::vector<std::string> fields;
-  if (quotedFirst && Trimmed(text).starts_with('"')) fields.emplace_back(TakeQuoted(text));
+  if (quotedFirst && SkipBlanks(text).starts_with('"')) fields.emplace_back(TakeQuoted(text));
   while (!text.empty()) {
     const size_t comma = text.find(',');
     const std::string_view field = text.substr(0, comma);
-    if (!field.empty()) fields.emplace_back(Trimmed(field));
+    if (!field.empty()) fields.emplace_back(TrimBlanks(field));
     text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
   }
   return fields;
