@@ -1,12 +1,12 @@
 #pragma once
 // Str: the program's owning, counted, NUL-terminated 8-bit text in the system's ANSI code page.
 #include <cstdarg>
-#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string_view>
 
-class Str {
+#include "base/charbuffer.h"
+
+class Str : public CharBuffer<char> {
  public:
   Str();
   Str(const char* text);  // `text` must not be null
@@ -21,19 +21,9 @@ class Str {
   // Takes UTF-16 text, converted with the ANSI code page.
   Str& operator=(const wchar_t* text);
 
-  // Returns the buffer for direct writing, at least `size` characters (terminator included); 0 or less: at
-  // least 1.
-  char* Lock(int32_t size);
-  // Ends direct writing; the length is that of the NUL-terminated text found in the buffer.
-  void Unlock();
-
   int32_t Length() const;  // asserts while locked: the length is then not known
   bool IsEmpty() const { return mLen == 0; }
-  const char* Chars() const { return mCharP; }
-  operator const char*() const { return mCharP; }
-  std::string_view View() const { return {mCharP, static_cast<size_t>(mLen)}; }
-  // Characters allocated, terminator included; 0 while the shared empty buffer is used.
-  int32_t Capacity() const { return mCapacity; }
+  using CharBuffer::View;
 
   void Append(char ch);
   void Append(const char* text);
@@ -94,21 +84,9 @@ class Str {
   static int32_t VFormat(char* buffer, int32_t bufSize, const char* format, va_list args);
 
  private:
-  // Makes room for `needed` characters and returns the buffer that was replaced, if any, so that a text
-  // inside it can still be copied.
-  std::unique_ptr<char[]> Reserve(int64_t needed);
   void SetText(std::string_view text);
-  void Steal(Str& other);
-  void Free();
-  bool OwnsBuffer() const;
-  bool IsInside(const char* text) const;
   void CheckUnlocked() const;
   void CheckLength() const;
-
-  int32_t mCapacity = 0;
-  int32_t mLen = 0;
-  char* mCharP;
-  int32_t mLocked = 0;
 };
 
 inline bool operator==(const Str& a, const char* b) { return a.Compare(b) == 0; }

@@ -1,7 +1,6 @@
 // Str: comparing and searching without regard to case.
 #include <windows.h>
 
-#include "base/assert.h"
 #include "base/str.h"
 #include "base/string.h"
 
@@ -43,11 +42,6 @@ int32_t FoldedCompare(std::string_view a, std::string_view b) {
     if (charA != charB) return charA < charB ? -1 : 1;
     if (charA == 0) return 0;
   }
-}
-
-std::string_view ViewOf(const char* text) {
-  VT_ASSERT(text != nullptr, "cp");
-  return text != nullptr ? text : "";
 }
 
 }  // namespace

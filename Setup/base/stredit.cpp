@@ -7,14 +7,7 @@
 
 namespace {
 
-constexpr std::string_view kSpaces = " \t\r\n\v\f";
-
 int32_t Sign(int value) { return (value > 0) - (value < 0); }
-
-const char* NotNull(const char* text) {
-  VT_ASSERT(text != nullptr, "cp");
-  return text != nullptr ? text : "";
-}
 
 int32_t IndexIn(const char* base, const char* found) {
   return found != nullptr ? static_cast<int32_t>(found - base) : -1;
@@ -24,18 +17,18 @@ int32_t IndexIn(const char* base, const char* found) {
 
 int32_t Str::Compare(const char* text) const {
   CheckUnlocked();
-  return Sign(std::strcmp(mCharP, NotNull(text)));
+  return Sign(std::strcmp(mCharP, ViewOf(text).data()));
 }
 
 int32_t Str::Compare(const char* text, int32_t count) const {
   if (count < 0) return Compare(text);
   CheckUnlocked();
-  return Sign(std::strncmp(mCharP, NotNull(text), static_cast<size_t>(count)));
+  return Sign(std::strncmp(mCharP, ViewOf(text).data(), static_cast<size_t>(count)));
 }
 
 int32_t Str::ICompare(const char* text) const {
   CheckUnlocked();
-  return ICompare(mCharP, NotNull(text));
+  return ICompare(mCharP, ViewOf(text).data());
 }
 
 int32_t Str::Find(char ch, int32_t start, bool caseSensitive) const {
@@ -48,7 +41,7 @@ int32_t Str::Find(const char* text, int32_t start, bool caseSensitive) const {
   VT_ASSERT((start >= 0) && (start <= mLen), "(start >= 0) && (start <= mLen)");
   if (start > mLen) return -1;
   const char* const from = mCharP + std::max(start, 0);
-  const char* const pattern = NotNull(text);
+  const char* const pattern = ViewOf(text).data();
   return IndexIn(mCharP, caseSensitive ? std::strstr(from, pattern) : IFind(from, pattern));
 }
 
@@ -74,18 +67,7 @@ void Str::Delete(int32_t pos, int32_t count) {
 void Str::Insert(const char* text, int32_t pos) {
   CheckUnlocked();
   VT_ASSERT(pos <= mLen, "pos <= Length()");
-  const char* const inserted = NotNull(text);
-  if (IsInside(inserted)) {
-    Insert(Str(inserted).Chars(), pos);  // shifting the tail would change the text while it is copied
-    return;
-  }
-  const size_t length = std::strlen(inserted);
-  if (length == 0) return;
-  const int32_t at = std::clamp(pos, 0, mLen);
-  Reserve(int64_t{mLen} + static_cast<int64_t>(length) + 1);
-  std::memmove(mCharP + at + length, mCharP + at, static_cast<size_t>(mLen - at) + 1);
-  std::memcpy(mCharP + at, inserted, length);
-  mLen += static_cast<int32_t>(length);
+  InsertAt(ViewOf(text), std::clamp(pos, 0, mLen));
   CheckLength();
 }
 
@@ -107,43 +89,29 @@ void Str::SetAt(int32_t pos, char ch) {
 
 void Str::Overwrite(const char* text, int32_t pos) {
   CheckUnlocked();
-  const std::string_view source = NotNull(text);
-  const int64_t end = int64_t{pos} + static_cast<int64_t>(source.size());
-  VT_ASSERT(end <= mLen, "(pos + Str::Length(cp)) <= mLen");
-  const int64_t from = std::max(pos, 0);
-  const int64_t to = std::min<int64_t>(end, mLen);
-  if (from >= to) return;
-  std::memmove(mCharP + from, source.data() + (from - pos), static_cast<size_t>(to - from));
+  const std::string_view source = ViewOf(text);
+  VT_ASSERT(int64_t{pos} + static_cast<int64_t>(source.size()) <= mLen, "(pos + Str::Length(cp)) <= mLen");
+  LayOver(source, pos);
   CheckLength();
 }
 
 void Str::TrimLeft() {
   CheckUnlocked();
-  const size_t first = std::min(View().find_first_not_of(kSpaces), View().size());
-  if (first > 0) Delete(0, static_cast<int32_t>(first));
+  const int32_t count = CountLeadingSpaces();
+  if (count > 0) Delete(0, count);
 }
 
 void Str::TrimRight() {
   CheckUnlocked();
-  const size_t end = View().find_last_not_of(kSpaces) + 1;  // npos + 1 is 0
-  if (end < View().size()) Delete(static_cast<int32_t>(end), -1);
+  const int32_t length = LengthWithoutTrailingSpaces();
+  if (length < mLen) Delete(length, -1);
 }
 
 void Str::SetSubstring(const char* text, int32_t pos, int32_t count) {
   CheckUnlocked();
-  const std::string_view source = NotNull(text);
-  const int32_t length = static_cast<int32_t>(source.size());
-  VT_ASSERT(count >= -1, "count >= -1");
-  VT_ASSERT(pos <= length, "pos <= cp_len");
-  const int32_t from = std::min(pos, length);
-  VT_ASSERT(int64_t{from} + count <= length, "(pos + count) <= cp_len");
-  const int32_t rest = length - std::max(from, 0);
-  const int32_t taken = count == -1 ? rest : std::clamp(count, 0, rest);
-  SetText(source.substr(static_cast<size_t>(std::max(from, 0)), static_cast<size_t>(taken)));
+  SetText(Substring(ViewOf(text), pos, count));
 }
 
 void Str::Left(const char* text, int32_t count) { SetSubstring(text, 0, count); }
 
-void Str::Right(const char* text, int32_t count) {
-  SetSubstring(text, static_cast<int32_t>(std::strlen(NotNull(text))) - count, count);
-}
+void Str::Right(const char* text, int32_t count) { SetSubstring(text, Length(text) - count, count); }

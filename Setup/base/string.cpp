@@ -2,26 +2,15 @@
 
 #include <cstring>
 #include <cwchar>
-#include <limits>
-#include <new>
 #include <string>
 
 #include "base/assert.h"
-#include "base/fatal.h"
-#include "base/strroom.h"
 #include "base/utf8.h"
 
 namespace {
 
 constexpr int32_t kFormatSize = 2000;  // formatted texts stay below this many units, less one
 constexpr size_t kFormatLimit = 1 << 20;
-
-// Shared by all strings that own no memory; never written, never freed.
-constinit wchar_t gEmpty[1] = {L'\0'};
-
-std::wstring_view ViewOf(const wchar_t* text) {
-  return {text != nullptr ? text : L"", static_cast<size_t>(WStr::Length(text))};
-}
 
 // The whole formatted text. The run-time library of old systems cannot measure, so the room is doubled until
 // the text fits; a text that no room fits (it holds what cannot be converted) is empty.
@@ -44,21 +33,18 @@ std::wstring FormatWhole(const wchar_t* format, va_list args) {
 
 }  // namespace
 
-WStr::WStr() : mCharP(gEmpty) {}
+WStr::WStr() = default;
 
-WStr::WStr(const wchar_t* text) : mCharP(gEmpty) { SetText(ViewOf(text)); }
+WStr::WStr(const wchar_t* text) { SetText(ViewOf(text)); }
 
-WStr::WStr(const WStr& other) : mCharP(gEmpty) {
+WStr::WStr(const WStr& other) : CharBuffer() {
   VT_ASSERT(other.IsUnlocked(), "str.IsUnlocked()");
   if (other.mCapacity == 0) return;
   Reserve(other.mCapacity);
   SetText(other.View());
 }
 
-WStr::~WStr() {
-  CheckUnlocked();
-  if (OwnsBuffer()) delete[] mCharP;
-}
+WStr::~WStr() { CheckUnlocked(); }
 
 WStr& WStr::operator=(const wchar_t* text) {
   SetText(ViewOf(text));
@@ -86,22 +72,6 @@ void WStr::Assign(const char* text, TextEncoding encoding) {
   VT_ASSERT(text != nullptr, "cp");
   const std::u16string units = DecodeUtf8(text != nullptr ? text : "");
   SetText(std::wstring(units.begin(), units.end()));
-}
-
-wchar_t* WStr::Lock(int32_t size) {
-  Reserve(size > 0 ? size : 1);
-  mLocked = 1;
-  return mCharP;
-}
-
-void WStr::Unlock() {
-  VT_ASSERT(mLocked, "mLocked");
-  if (OwnsBuffer()) {
-    // A writer that forgot the terminator must not lead the search past the buffer.
-    mCharP[mCapacity - 1] = L'\0';
-    mLen = static_cast<int32_t>(std::wcslen(mCharP));
-  }
-  mLocked = 0;
 }
 
 int32_t WStr::Length() const {
@@ -133,33 +103,6 @@ int32_t WStr::VFormat(wchar_t* buffer, int32_t bufSize, const wchar_t* format, v
   return static_cast<int32_t>(text.size());
 }
 
-int32_t WStr::Length(const wchar_t* text) {
-  if (!VT_ASSERT(text != nullptr, "cp")) return 0;
-  return static_cast<int32_t>(std::wcslen(text));
-}
-
-std::unique_ptr<wchar_t[]> WStr::Reserve(int64_t needed) {
-  const int64_t capacity = CapacityFor(needed);
-  if (capacity <= mCapacity) return nullptr;
-  if (capacity > std::numeric_limits<int32_t>::max() / int64_t{sizeof(wchar_t)})
-    StopForMemory(MemError::kAlloc);
-
-  wchar_t* const buffer = new wchar_t[static_cast<size_t>(capacity)];
-  std::wmemcpy(buffer, mCharP, static_cast<size_t>(mLen) + 1);
-  std::unique_ptr<wchar_t[]> former(OwnsBuffer() ? mCharP : nullptr);
-  mCharP = buffer;
-  mCapacity = static_cast<int32_t>(capacity);
-  return former;
-}
-
-void WStr::SetText(std::wstring_view text) {
-  if (text.empty() && !OwnsBuffer()) return;
-  const auto former = Reserve(static_cast<int64_t>(text.size()) + 1);
-  if (!text.empty()) std::wmemmove(mCharP, text.data(), text.size());
-  mLen = static_cast<int32_t>(text.size());
-  mCharP[mLen] = L'\0';
-}
-
-bool WStr::OwnsBuffer() const { return mCharP != gEmpty; }
+int32_t WStr::Length(const wchar_t* text) { return static_cast<int32_t>(ViewOf(text).size()); }
 
 void WStr::CheckUnlocked() const { VT_ASSERT(IsUnlocked(), "IsUnlocked()"); }

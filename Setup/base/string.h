@@ -1,13 +1,16 @@
 #pragma once
-// WStr: owning UTF-16 text with the same contract as Str, and the ANSI <-> UTF-16 conversions on raw text.
+// WStr: owning UTF-16 text with the same contract as Str (a character is a 16-bit unit), and the ANSI <->
+// UTF-16 conversions on raw text.
 #include <cstdarg>
 #include <cstdint>
 #include <memory>
 #include <string_view>
 
+#include "base/charbuffer.h"
+
 enum TextEncoding : int32_t { ANSI = 0, UTF8 = 1 };
 
-class WStr {
+class WStr : public CharBuffer<wchar_t> {
  public:
   WStr();
   WStr(const wchar_t* text);
@@ -21,14 +24,9 @@ class WStr {
   // sequence ends the text.
   void Assign(const char* text, TextEncoding encoding);
 
-  wchar_t* Lock(int32_t size);  // in 16-bit units, terminator included
-  void Unlock();
-  bool IsUnlocked() const { return mLocked == 0; }
+  bool IsUnlocked() const { return !mLocked; }
 
   int32_t Length() const;  // asserts while locked: the length is then not known
-  const wchar_t* Chars() const { return mCharP; }
-  operator const wchar_t*() const { return mCharP; }
-  int32_t Capacity() const { return mCapacity; }
 
   void Append(wchar_t ch);
   void Append(const wchar_t* text);
@@ -75,20 +73,10 @@ class WStr {
   static int32_t VFormat(wchar_t* buffer, int32_t bufSize, const wchar_t* format, va_list args);
 
  private:
-  // Makes room for `needed` units and returns the buffer that was replaced, if any, so that a text inside it
-  // can still be copied.
-  std::unique_ptr<wchar_t[]> Reserve(int64_t needed);
-  void SetText(std::wstring_view text);
-  void InsertText(std::wstring_view text, int32_t pos);
+  // At most `count` units of `text`, which needs no terminator behind them; a negative count takes all.
+  static std::wstring_view AtMost(const wchar_t* text, int32_t count);
   int32_t ReplaceText(std::wstring_view text, std::wstring_view replace);
-  std::wstring_view View() const { return {mCharP, static_cast<size_t>(mLen)}; }
-  bool OwnsBuffer() const;
   void CheckUnlocked() const;
-
-  int32_t mLocked = 0;
-  int32_t mCapacity = 0;
-  int32_t mLen = 0;
-  wchar_t* mCharP;
 };
 
 // True for the first byte of a double-byte character of the ANSI code page; its second byte may have the code

@@ -10,20 +10,6 @@
 
 namespace {
 
-constexpr std::wstring_view kSpaces = L" \t\r\n\v\f";
-
-std::wstring_view ViewOf(const wchar_t* text) {
-  return {text != nullptr ? text : L"", static_cast<size_t>(WStr::Length(text))};
-}
-
-// At most `count` units of `text`, which needs no terminator behind them; a negative count takes all.
-std::wstring_view AtMost(const wchar_t* text, int32_t count) {
-  if (text == nullptr || count < 0) return ViewOf(text);
-  size_t length = 0;
-  while (length < static_cast<size_t>(count) && text[length] != L'\0') ++length;
-  return {text, length};
-}
-
 wchar_t Folded(wchar_t unit) {
   if (unit < 0x80) return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + (L'a' - L'A')) : unit;
   CharLowerBuffW(&unit, 1);
@@ -48,28 +34,35 @@ int32_t Index(size_t index) { return index != std::wstring_view::npos ? static_c
 
 }  // namespace
 
+std::wstring_view WStr::AtMost(const wchar_t* text, int32_t count) {
+  if (text == nullptr || count < 0) return ViewOf(text);
+  size_t length = 0;
+  while (length < static_cast<size_t>(count) && text[length] != L'\0') ++length;
+  return {text, length};
+}
+
 void WStr::Append(wchar_t ch) { Append(ch, 1); }
 
 void WStr::Append(const wchar_t* text) {
   CheckUnlocked();
-  InsertText(ViewOf(text), mLen);
+  InsertAt(ViewOf(text), mLen);
 }
 
 void WStr::Append(const wchar_t* text, int32_t count) {
   CheckUnlocked();
-  InsertText(AtMost(text, count), mLen);
+  InsertAt(AtMost(text, count), mLen);
 }
 
 void WStr::Append(wchar_t ch, int32_t times) {
   CheckUnlocked();
   if (times == 0 || ch == L'\0') return;
   Reserve(int64_t{mLen} + times + 1);  // reports a count so far below nothing that no text would be left
-  if (times > 0) InsertText(std::wstring(static_cast<size_t>(times), ch), mLen);
+  if (times > 0) InsertAt(std::wstring(static_cast<size_t>(times), ch), mLen);
 }
 
 void WStr::Prepend(const wchar_t* text, int32_t count) {
   CheckUnlocked();
-  InsertText(AtMost(text, count), 0);
+  InsertAt(AtMost(text, count), 0);
 }
 
 int32_t WStr::Compare(const wchar_t* text) const {
@@ -123,7 +116,7 @@ void WStr::Delete(int32_t pos, int32_t count) {
 void WStr::Insert(const wchar_t* text, int32_t pos) {
   CheckUnlocked();
   VT_ASSERT((pos >= 0) && (pos <= mLen), "(pos >= 0) && (pos <= Length())");
-  InsertText(ViewOf(text), std::clamp(pos, 0, mLen));
+  InsertAt(ViewOf(text), std::clamp(pos, 0, mLen));
 }
 
 void WStr::Insert(wchar_t ch, int32_t pos) {
@@ -144,44 +137,31 @@ void WStr::SetAt(int32_t pos, wchar_t ch) {
 void WStr::Overwrite(const wchar_t* text, int32_t pos) {
   CheckUnlocked();
   const std::wstring_view source = ViewOf(text);
-  const int64_t end = int64_t{pos} + static_cast<int64_t>(source.size());
-  VT_ASSERT((pos >= 0) && (end <= mLen), "(pos >= 0) && ((pos + WStr::Length(cp)) <= mLen)");
-  const int64_t from = std::max(pos, 0);
-  const int64_t to = std::min<int64_t>(end, mLen);
-  if (from >= to) return;
-  std::wmemmove(mCharP + from, source.data() + (from - pos), static_cast<size_t>(to - from));
+  VT_ASSERT((pos >= 0) && (int64_t{pos} + static_cast<int64_t>(source.size()) <= mLen),
+            "(pos >= 0) && ((pos + WStr::Length(cp)) <= mLen)");
+  LayOver(source, pos);
 }
 
 void WStr::TrimLeft() {
   CheckUnlocked();
-  const size_t first = std::min(View().find_first_not_of(kSpaces), View().size());
-  if (first > 0) Delete(0, static_cast<int32_t>(first));
+  const int32_t count = CountLeadingSpaces();
+  if (count > 0) Delete(0, count);
 }
 
 void WStr::TrimRight() {
   CheckUnlocked();
-  const size_t end = View().find_last_not_of(kSpaces) + 1;  // npos + 1 is 0
-  if (end < View().size()) Delete(static_cast<int32_t>(end), -1);
+  const int32_t length = LengthWithoutTrailingSpaces();
+  if (length < mLen) Delete(length, -1);
 }
 
 void WStr::SetSubstring(const wchar_t* text, int32_t pos, int32_t count) {
   CheckUnlocked();
-  const std::wstring_view source = ViewOf(text);
-  const int32_t length = static_cast<int32_t>(source.size());
-  VT_ASSERT(count >= -1, "count >= -1");
-  VT_ASSERT(pos <= length, "pos <= cp_len");
-  const int32_t from = std::min(pos, length);
-  VT_ASSERT(int64_t{from} + count <= length, "(pos + count) <= cp_len");
-  const int32_t rest = length - std::max(from, 0);
-  const int32_t taken = count == -1 ? rest : std::clamp(count, 0, rest);
-  SetText(source.substr(static_cast<size_t>(std::max(from, 0)), static_cast<size_t>(taken)));
+  SetText(Substring(ViewOf(text), pos, count));
 }
 
 void WStr::Left(const wchar_t* text, int32_t count) { SetSubstring(text, 0, count); }
 
-void WStr::Right(const wchar_t* text, int32_t count) {
-  SetSubstring(text, static_cast<int32_t>(ViewOf(text).size()) - count, count);
-}
+void WStr::Right(const wchar_t* text, int32_t count) { SetSubstring(text, Length(text) - count, count); }
 
 int32_t WStr::Replace(wchar_t ch, wchar_t replace) {
   CheckUnlocked();
@@ -228,16 +208,6 @@ const wchar_t* WStr::IFind(const wchar_t* text, const wchar_t* pattern) {
     if (FoldedCompare(searched.substr(start, wanted.size()), wanted) == 0) return searched.data() + start;
   }
   return nullptr;
-}
-
-// `pos` lies within the text.
-void WStr::InsertText(std::wstring_view source, int32_t pos) {
-  if (source.empty()) return;
-  const std::wstring text(source);  // it may lie inside this string, where the tail is about to be moved
-  Reserve(int64_t{mLen} + static_cast<int64_t>(text.size()) + 1);
-  std::wmemmove(mCharP + pos + text.size(), mCharP + pos, static_cast<size_t>(mLen - pos) + 1);
-  std::wmemcpy(mCharP + pos, text.data(), text.size());
-  mLen += static_cast<int32_t>(text.size());
 }
 
 int32_t WStr::ReplaceText(std::wstring_view text, std::wstring_view replace) {

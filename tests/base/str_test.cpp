@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/strroom.h"
+#include "base/charbuffer.h"
 #include "support/assert_recorder.h"
 
 namespace {
