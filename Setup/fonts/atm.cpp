@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "base/dynlib.h"
-#include "fonts/psreader.h"
 #include "base/errormode.h"
+#include "fonts/psreader.h"
 
 namespace {
 

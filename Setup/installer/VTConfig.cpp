@@ -80,14 +80,10 @@ void Merge(const VarList& from, VarList& into) {
 Candidate TryCandidate(const Str& path) {
   VarList list;
   const Candidate result = ReadCandidate(path, list);
-  const Message line = Message("Opening config file at <ConfigPath>: <Success>", kTemplateLiteral)
-                           .With("Success", result == Candidate::kMatches ? "Success" : "Failed")
-                           .With("ConfigPath", path);
-  if (result == Candidate::kUnreadable && Run().IsWorkstation()) {
-    LogError(line);
-  } else {
-    LogLine(line);
-  }
+  const bool missed = result == Candidate::kUnreadable && Run().IsWorkstation();
+  LogOutcome(!missed, Message("Opening config file at <ConfigPath>: <Success>", kTemplateLiteral)
+                          .With("Success", result == Candidate::kMatches ? "Success" : "Failed")
+                          .With("ConfigPath", path));
   if (result == Candidate::kMatches) {
     Merge(list, ConfigList());
     AppSetVariable("ConfigPath", path);

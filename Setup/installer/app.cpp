@@ -236,11 +236,8 @@ int CheckOthers() {
 bool OpenBackground(HINSTANCE instance) {
   if (Run().IsQuiet()) AppSetVariable("no_background", "1");
   const bool created = CreateBackgroundWindow(instance);
-  if (!created) {
-    // A silent run would have kept it hidden: it misses nothing.
-    const auto log = Run().IsQuiet() ? LogLine : LogError;
-    log("The background window could not be created.");
-  }
+  // A silent run would have kept it hidden: it misses nothing.
+  if (!created) LogOutcome(Run().IsQuiet(), "The background window could not be created.");
   if (AppGetBool("no_background")) {
     LogLine("The background window has been turned off.");
   } else {

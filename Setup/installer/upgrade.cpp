@@ -136,11 +136,7 @@ class KeptFile {
   bool Rename(const char* text, const Str& from, const Str& to) const {
     const Message line = Message(text, kTemplateLiteral).With("Original", mOriginal).With("Temp", mTemporary);
     const bool done = FS::Rename(from, to);
-    if (done) {
-      LogLine(line);
-    } else {
-      LogError(line);
-    }
+    LogOutcome(done, line);
     return done;
   }
 

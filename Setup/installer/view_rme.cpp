@@ -61,13 +61,8 @@ void OpenReadMeAfterRestart() {
 void LaunchProduct() {
   const Str path = MakeTemplate("<ProgDir>\\<AppProgName>.exe", kTemplateExpand);
   const bool started = ShellOpen(path, nullptr) > kShellFailure;
-  const Message line =
-      Message("Launch app = <Stat>", kTemplateLiteral).With("Stat", started ? "Success" : "Fail");
-  if (started) {
-    LogLine(line);
-  } else {
-    LogError(line);
-  }
+  LogOutcome(started,
+             Message("Launch app = <Stat>", kTemplateLiteral).With("Stat", started ? "Success" : "Fail"));
 }
 
 void FinishWithRestart(const FinishChoice& choice) {

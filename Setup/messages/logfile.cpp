@@ -7,12 +7,12 @@
 #include <string_view>
 
 #include "base/assert.h"
+#include "base/errormode.h"
 #include "base/handle.h"
 #include "base/runstate.h"
 #include "messages/format.h"
 #include "messages/res.h"
 #include "messages/varlist.h"
-#include "base/errormode.h"
 #include "platform/fs.h"
 #include "platform/fspath.h"
 
@@ -131,6 +131,13 @@ void LogLine(const char* text) {
 void LogError(const char* text) {
   if (!IsLogOpen() || text == nullptr) return;
   LogLine((std::string("##ERROR: ") + text).c_str());
+}
+
+void LogOutcome(bool done, const char* text) {
+  if (done)
+    LogLine(text);
+  else
+    LogError(text);
 }
 
 void LogBlock(const char* text) {

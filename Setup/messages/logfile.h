@@ -28,6 +28,8 @@ bool OpenLog(const char* dirName, const char* fileName);
 bool IsLogOpen();
 void LogLine(const char* text);
 void LogError(const char* text);
+// LogLine when something was `done`, LogError when it was not.
+void LogOutcome(bool done, const char* text);
 void LogBlock(const char* text);
 void LogAssert(const char* text);
 void LogInternalError(uint32_t code);

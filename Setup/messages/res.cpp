@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr unsigned kFirstProgramId = 20000;
 constexpr unsigned kBlockStrings = 16;      // in one resource, each with its length before it
 constexpr int32_t kMaxPieces = 100;         // of one text; a chain that leads back into itself ends here
 constexpr int32_t kSharedStringLen = 1024;  // buffer of a piece for the shared text, terminator included
@@ -18,8 +17,6 @@ constexpr int32_t kTagStringLen = 256;      // the same where only the tag is wa
 
 HMODULE gLanguageModule = nullptr;
 HMODULE gProgramModule = nullptr;
-
-HMODULE ProgramModule() { return gProgramModule != nullptr ? gProgramModule : GetModuleHandleA(nullptr); }
 
 // Whether the string lies in its block: the lengths in a damaged library may lead out of it.
 bool LiesInBlock(HMODULE module, unsigned id) {
@@ -78,8 +75,10 @@ HMODULE GetLanguageModule() { return gLanguageModule; }
 
 void SetProgramModule(HMODULE module) { gProgramModule = module; }
 
+HMODULE GetProgramModule() { return gProgramModule != nullptr ? gProgramModule : GetModuleHandleA(nullptr); }
+
 HMODULE ModuleForResource(unsigned id) {
-  return id < kFirstProgramId && gLanguageModule != nullptr ? gLanguageModule : ProgramModule();
+  return id < kFirstProgramId && gLanguageModule != nullptr ? gLanguageModule : GetProgramModule();
 }
 
 int32_t LoadResString(unsigned id, char* buffer, int32_t size) {
@@ -88,14 +87,9 @@ int32_t LoadResString(unsigned id, char* buffer, int32_t size) {
   if (!VT_ASSERT(id != 0, "id != 0")) return 0;
   const HMODULE chosen = ModuleForResource(id);
   int32_t length = LoadFrom(chosen, id, buffer, size);
-  if (length == 0 && chosen != ProgramModule()) length = LoadFrom(ProgramModule(), id, buffer, size);
+  if (length == 0 && chosen != GetProgramModule()) length = LoadFrom(GetProgramModule(), id, buffer, size);
   if (length == 0) buffer[0] = '\0';
   return length;
-}
-
-bool ResStringExists(unsigned id) {
-  char buffer[8];  // room for one character of any code page: a shorter one would hold none
-  return LoadResString(id, buffer, sizeof(buffer)) > 0;
 }
 
 bool GetResStr(unsigned strID, int32_t index, Str& result, uint32_t flags) {

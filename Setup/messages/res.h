@@ -14,17 +14,16 @@ void SetLanguageModule(HMODULE module);
 HMODULE GetLanguageModule();
 // The module that holds the program's own resources; null (the default) means the running program. Not owned.
 void SetProgramModule(HMODULE module);
+HMODULE GetProgramModule();
 // The module whose dialogs and strings an id is taken from.
 HMODULE ModuleForResource(unsigned id);
 
 // Loads string `id` into a buffer of `size` bytes, from the chosen module, else from the program; its length,
 // 0 when there is none. Asserts "id != 0".
 int32_t LoadResString(unsigned id, char* buffer, int32_t size);
-// False for a missing and for an empty string.
-bool ResStringExists(unsigned id);
 
 enum ResFlags : uint32_t { kResExpand = 1 };
-// String strID + index with continuation ("$") and tag ("!tag!") rules; false when it is missing.
+// String strID + index with continuation ("$") and tag ("!tag!") rules; false when it is missing or empty.
 bool GetResStr(unsigned strID, int32_t index, Str& result, uint32_t flags);
 void GetResStr(unsigned strID, int32_t index, char* buffer, int32_t strMax, uint32_t flags);
 // The expanded text in one process-wide Str, overwritten by the next call; its pieces are cut at 1023

@@ -2,16 +2,14 @@
 
 #include "messages/res.h"
 
+bool GetRunText(unsigned firstId, int32_t index, Str& text) {
+  return GetResStr(firstId, index, text, 0) && text != "!END!";
+}
+
 Str JoinResStrings(unsigned firstId) {
-  constexpr int32_t kMaxPieces = 100;
   Str text;
-  for (int32_t i = 0; i < kMaxPieces; ++i) {
-    Str piece;
-    if (!ResStringExists(firstId + static_cast<unsigned>(i)) || !GetResStr(firstId, i, piece, 0) ||
-        piece == "!END!")
-      break;
-    text.Append(piece);
-  }
+  Str piece;
+  for (int32_t i = 0; i < kMaxRunLength && GetRunText(firstId, i, piece); ++i) text.Append(piece);
   return text;
 }
 

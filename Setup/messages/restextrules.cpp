@@ -5,7 +5,6 @@
 namespace {
 
 constexpr std::string_view kEndOfList = "!END!";
-constexpr uint32_t kProgramIds = 20000;  // from here on ids belong to the program itself
 
 bool HasTag(std::string_view text) { return text.starts_with('!') && text != kEndOfList; }
 
@@ -30,7 +29,7 @@ ResPiece SplitPiece(std::string_view piece, uint32_t id, uint32_t firstId) {
   uint32_t number = 0;
   if (target.empty()) return {piece.substr(0, inner), id + 1};
   if (!ParseNumber(target, number)) return {piece, 0};
-  return {piece.substr(0, inner), number + (firstId < kProgramIds ? 3000 : 30000)};
+  return {piece.substr(0, inner), number + (firstId < kFirstProgramId ? 3000 : 30000)};
 }
 
 std::string_view WithoutTag(std::string_view text, bool& tagOpen) {

@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <string_view>
 
+// From this id on texts and dialogs are the program's own; the language libraries hold those before it.
+constexpr uint32_t kFirstProgramId = 20000;
+
 // One loaded string: the text it adds, and the id of the string that continues it, 0 when it is the last.
 struct ResPiece {
   std::string_view text;

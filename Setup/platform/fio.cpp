@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "base/assert.h"
-#include "base/hooks.h"
 #include "base/errormode.h"
+#include "base/hooks.h"
 #include "platform/fs.h"
 
 namespace {

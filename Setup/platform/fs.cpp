@@ -7,8 +7,8 @@
 #include <cerrno>
 
 #include "base/assert.h"
-#include "base/handle.h"
 #include "base/errormode.h"
+#include "base/handle.h"
 #include "platform/fsattr.h"
 #include "platform/fsdirit.h"
 

@@ -1,8 +1,8 @@
 #include "platform/fsattr.h"
 
 #include "base/assert.h"
-#include "base/handle.h"
 #include "base/errormode.h"
+#include "base/handle.h"
 #include "platform/fs.h"
 
 namespace FS {

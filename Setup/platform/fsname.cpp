@@ -2,8 +2,8 @@
 #include <windows.h>
 
 #include "base/assert.h"
-#include "base/handle.h"
 #include "base/errormode.h"
+#include "base/handle.h"
 #include "base/string.h"
 #include "platform/folders.h"
 #include "platform/fs.h"

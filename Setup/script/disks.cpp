@@ -106,9 +106,7 @@ bool DeleteAll(const Str& held) {
       continue;
     }
     // Without a folder the name would be looked for in the current one, where it was never installed.
-    LogError(Message("Deleting <PathName>, result = <Result>", kTemplateLiteral)
-                 .With("PathName", record.destName)
-                 .With("Result", "failure"));
+    LogDeletion(record.destName, false);
   }
   return true;
 }

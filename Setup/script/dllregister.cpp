@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include "base/com.h"
-#include "base/handle.h"
 #include "base/errormode.h"
+#include "base/handle.h"
 #include "platform/fspath.h"
 
 bool CallDllRegistration(const char* path, bool install) {

@@ -9,6 +9,7 @@
 #include "platform/fs.h"
 #include "script/files.h"
 #include "script/wininit.h"
+#include "stores/readfile.h"
 
 namespace {
 
@@ -20,10 +21,7 @@ MoveFileExFn gMoveFileEx = MoveFileExA;
 bool ReadList(const char* path, FioFile& file, std::string& text) {
   FioResult result = FioOpen(path, fioREADWRITE, file);
   if (result == fioNOT_FOUND) result = FioCreate(path, fioREADWRITE, file);
-  uint32_t size = 0;
-  if (result != fioOK || FioGetSize(file, size) != fioOK) return false;
-  text.resize(size);
-  return size == 0 || FioRead(file, size, text.data()) == fioOK;
+  return result == fioOK && ReadWholeFile(file, text);
 }
 
 bool WriteList(FioFile& file, const std::string& text) {

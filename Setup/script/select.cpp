@@ -1,12 +1,10 @@
 #include "script/select.h"
 
-#include "messages/res.h"
+#include "messages/restext.h"
 #include "messages/varlist.h"
 #include "resources/ids.h"
 
 namespace {
-
-constexpr int32_t kMaxOptions = 100;
 
 Str Prefixed(const char* prefix, const char* name) {
   Str result(prefix);
@@ -17,12 +15,6 @@ Str Prefixed(const char* prefix, const char* name) {
 void TakeIfSet(const Str& variable, Str& value) {
   Str other;
   if (AppGetVariable(variable, other) && !other.IsEmpty()) value = other;
-}
-
-// A text of a run that ends with "!END!"; false at the end, or when the string is missing.
-bool GetRunText(unsigned firstId, int32_t index, Str& text) {
-  return ResStringExists(firstId + static_cast<unsigned>(index)) && GetResStr(firstId, index, text, 0) &&
-         !(text == "!END!");
 }
 
 }  // namespace
@@ -43,7 +35,7 @@ void ResolveFolderVariable(const char* name, bool noDialog) {
 
 std::vector<RemovalOption> ListRemovalOptions() {
   std::vector<RemovalOption> options;
-  for (int32_t i = 0; i < kMaxOptions; ++i) {
+  for (int32_t i = 0; i < kMaxRunLength; ++i) {
     RemovalOption option;
     if (!GetRunText(IDS_REMOVAL_OPTION_TEXTS, i, option.text) ||
         !GetRunText(IDS_REMOVAL_OPTION_NAMES, i, option.name))

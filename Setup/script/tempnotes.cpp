@@ -5,12 +5,12 @@
 #include <string>
 #include <utility>
 
+#include "base/errormode.h"
 #include "base/handle.h"
 #include "base/string.h"
 #include "messages/filelog.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
-#include "base/errormode.h"
 #include "platform/fs.h"
 #include "script/leftovers.h"
 

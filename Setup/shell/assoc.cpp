@@ -6,7 +6,7 @@
 #include "base/assert.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
-#include "messages/res.h"
+#include "messages/restext.h"
 #include "messages/varlist.h"
 #include "platform/WinRegistry.h"
 #include "platform/fspath.h"
@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr int32_t kMaxScriptLines = 100;
 constexpr char kFileExtsKey[] =
     "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\";
 constexpr char kOrderValue[] = "MRUList";
@@ -141,11 +140,8 @@ void RegisterDocumentClass(const Str& progId, const Str& classId, const Str& cla
   vars.Set("StubClassId", classId);
   vars.Set("StubClassName", className);
   StubScript script;
-  for (int32_t i = 0; i < kMaxScriptLines; ++i) {
-    Str command;
-    if (!ResStringExists(IDS_STUB_SCRIPT + static_cast<unsigned>(i)) ||
-        !GetResStr(IDS_STUB_SCRIPT, i, command, 0) || command == "!END!")
-      return;
+  Str command;
+  for (int32_t i = 0; i < kMaxRunLength && GetRunText(IDS_STUB_SCRIPT, i, command); ++i) {
     vars.Expand(command);
     if (!script.Execute(command)) return;
   }

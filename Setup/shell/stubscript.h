@@ -1,7 +1,7 @@
 #pragma once
 // The little language of the document-class script, run below HKEY_CLASSES_ROOT.
-#include "base/str.h"
 #include "base/handle.h"
+#include "base/str.h"
 
 // Runs one command after the other; each keeps the keys that the next works on.
 class StubScript {

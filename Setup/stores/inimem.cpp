@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "base/assert.h"
-#include "messages/res.h"
+#include "messages/restext.h"
 #include "stores/inistore.h"
 
 bool OpenIniMemory(IniStore& ini) {
@@ -29,7 +29,7 @@ bool WriteIniMemory(IniStore& ini) {
 
 void LoadIniStringList(IniStore& ini) {
   Str item;
-  for (int32_t i = 0; GetResStr(ini.listNumber, i, item, 0) && !(item == "!END!"); ++i) {
+  for (int32_t i = 0; GetRunText(ini.listNumber, i, item); ++i) {
     ini.text.AddLine(UpToLineEnd(item.View()).substr(0, kIniMaxLine));
   }
   ini.text.EndLines();

@@ -96,12 +96,9 @@ int32_t Task_register_dll(const char* name, const char* args, void* data) {
   std::vector<Str> fields;
   if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
   const bool done = CallDllRegistration(fields[0], Run().install);
-  Message line("DLL Registration <result> for <file>", kTemplateLiteral);
-  line.With("result", done ? "succeeded" : "failed").With("file", fields[0]);
-  if (done)
-    LogLine(line);
-  else
-    LogError(line);
+  LogOutcome(done, Message("DLL Registration <result> for <file>", kTemplateLiteral)
+                       .With("result", done ? "succeeded" : "failed")
+                       .With("file", fields[0]));
   return 1;
 }
 

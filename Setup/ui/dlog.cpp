@@ -74,9 +74,6 @@ class QuitKeeper {
   int mCode = 0;
 };
 
-// From this id on resources are always the program's own.
-constexpr unsigned kFirstProgramId = 20000;
-
 // Messages dispatched before a pump looks at its clock or handle again.
 constexpr int kPumpBatch = 100;
 
@@ -110,7 +107,7 @@ HGLOBAL LoadDialogTemplate(unsigned id) {
   HMODULE module = ModuleForResource(id);
   HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(id), reinterpret_cast<LPCSTR>(RT_DIALOG));
   if (!found) {
-    module = ModuleForResource(kFirstProgramId);
+    module = GetProgramModule();
     found = FindResourceA(module, MAKEINTRESOURCEA(id), reinterpret_cast<LPCSTR>(RT_DIALOG));
   }
   return found ? LoadResource(module, found) : nullptr;
