@@ -84,6 +84,11 @@ struct GdiPolicy {
   static Type Invalid() { return nullptr; }
   static void Close(Type object) { DeleteObject(object); }
 };
+struct ScreenPolicy {
+  using Type = HDC;
+  static Type Invalid() { return nullptr; }
+  static void Close(Type dc) { ReleaseDC(nullptr, dc); }
+};
 
 using FileHandle = UniqueHandle<FileHandlePolicy>;      // CreateFile
 using FindHandle = UniqueHandle<FindHandlePolicy>;      // FindFirstFile
@@ -94,3 +99,4 @@ using WindowHandle = UniqueHandle<WindowPolicy>;
 using FontHandle = UniqueHandle<GdiPolicy<HFONT>>;
 using BrushHandle = UniqueHandle<GdiPolicy<HBRUSH>>;
 using RegionHandle = UniqueHandle<GdiPolicy<HRGN>>;
+using ScreenHandle = UniqueHandle<ScreenPolicy>;  // GetDC of the whole screen

@@ -56,27 +56,16 @@ int CALLBACK CompareFamily(const LOGFONTA* font, const TEXTMETRICA*, DWORD, LPAR
   return findFont->found ? 0 : 1;
 }
 
-// Owns the screen's device context.
-class ScreenDC {
- public:
-  ScreenDC() : mDC(GetDC(nullptr)) {}
-  ScreenDC(const ScreenDC&) = delete;
-  ScreenDC& operator=(const ScreenDC&) = delete;
-  ~ScreenDC() {
-    if (mDC) ReleaseDC(nullptr, mDC);
-  }
-  HDC Get() const { return mDC; }
-
- private:
-  HDC mDC;
-};
+bool OpenFontList(KWinRegistry& fonts, WinRegMode mode) {
+  KWinRegistry root;
+  return root.OpenRooted("HKEY_LOCAL_MACHINE", mode) && root.OpenKey(kFontListKey, fonts, mode);
+}
 
 // Walks the font list; the visitor returns false to stop.
 template <class Visitor>
 void ForEachListedFont(Visitor visitor) {
-  KWinRegistry root;
   KWinRegistry fonts;
-  if (!root.OpenRooted("HKEY_LOCAL_MACHINE", wrRead) || !root.OpenKey(kFontListKey, fonts, wrRead)) return;
+  if (!OpenFontList(fonts, wrRead)) return;
   Str name;
   Str data;
   for (uint32_t i = 0; fonts.EnumValue(i, name, data); ++i)
@@ -88,11 +77,6 @@ bool StartsWith(const Str& text, const Str& start) {
   if (text.Length() < start.Length()) return false;
   head.Left(text, start.Length());
   return head.ICompare(start) == 0;
-}
-
-bool OpenFontList(KWinRegistry& fonts, WinRegMode mode) {
-  KWinRegistry root;
-  return root.OpenRooted("HKEY_LOCAL_MACHINE", mode) && root.OpenKey(kFontListKey, fonts, mode);
 }
 
 // Data written to the font list: the bare name for a file of the font folder, else the full path.
@@ -121,7 +105,7 @@ bool ReadTrueTypeFile(const char* path, TrueTypeData& data) {
 }
 
 bool IsFontFamilyInstalled(const char* familyName) {
-  const ScreenDC screen;
+  const ScreenHandle screen(GetDC(nullptr));
   FindFont findFont = {familyName, false};
   LOGFONTA all = {};
   all.lfCharSet = DEFAULT_CHARSET;

@@ -10,13 +10,6 @@ namespace {
 
 constexpr int32_t kEnhancedMode = 3;  // the only mode that 32-bit Windows has
 
-struct ScreenPolicy {
-  using Type = HDC;
-  static Type Invalid() { return nullptr; }
-  static void Close(Type dc) { ReleaseDC(nullptr, dc); }
-};
-using ScreenHandle = UniqueHandle<ScreenPolicy>;
-
 void AddScreen(SystemFacts& facts) {
   const ScreenHandle screen(GetDC(nullptr));
   if (!screen) return;

@@ -1,9 +1,9 @@
 #include "script/regcheck.h"
 
-#include "base/handle.h"
 #include "messages/format.h"
 #include "script/setupinf.h"
 #include "stores/register.h"
+#include "stores/regkey.h"
 
 namespace {
 
@@ -20,10 +20,10 @@ bool HasShellExtension(const RegPlace& place) {
 
 // Numbers and texts too long to be compared: somebody's value all the same.
 bool HoldsOtherData(const RegPlace& place) {
-  KeyHandle key;
+  RegKey key;
   DWORD type = REG_NONE;
   DWORD size = 0;
-  if (RegOpenKeyExA(place.root, place.keyPath, 0, KEY_READ, key.Put()) != ERROR_SUCCESS ||
+  if (key.Open(place.root, place.keyPath, KEY_READ) != ERROR_SUCCESS ||
       RegQueryValueExA(key.Get(), place.valueName, nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
     return false;
   const bool isText = type == REG_SZ || type == REG_EXPAND_SZ;
@@ -31,20 +31,18 @@ bool HoldsOtherData(const RegPlace& place) {
 }
 
 bool SetText(const RegPlace& place, const char* text) {
-  KeyHandle key;
-  if (RegCreateKeyExA(place.root, place.keyPath, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
-                      key.Put(), nullptr) != ERROR_SUCCESS)
-    return false;
+  RegKey key;
+  if (key.Create(place.root, place.keyPath, KEY_WRITE) != ERROR_SUCCESS) return false;
   const DWORD size = static_cast<DWORD>(Str::Length(text)) + 1;
   return RegSetValueExA(key.Get(), place.valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), size) ==
          ERROR_SUCCESS;
 }
 
 bool IsEmptyKey(const RegPlace& place) {
-  KeyHandle key;
+  RegKey key;
   DWORD subKeys = 0;
   DWORD values = 0;
-  return RegOpenKeyExA(place.root, place.keyPath, 0, KEY_READ, key.Put()) == ERROR_SUCCESS &&
+  return key.Open(place.root, place.keyPath, KEY_READ) == ERROR_SUCCESS &&
          RegQueryInfoKeyA(key.Get(), nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr,
                           nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
          subKeys == 0 && values == 0;

@@ -13,13 +13,12 @@ Str KeyPath(const char* path) {
   return text;
 }
 
-bool OpenOrCreate(HKEY parent, const char* path, KeyHandle& key) {
+bool OpenOrCreate(HKEY parent, const char* path, RegKey& key) {
   const Str keyPath = KeyPath(path);
   if (keyPath.IsEmpty()) return false;
   constexpr REGSAM kAccess = KEY_READ | KEY_WRITE;
-  if (RegOpenKeyExA(parent, keyPath, 0, kAccess, key.Put()) == ERROR_SUCCESS) return true;
-  return RegCreateKeyExA(parent, keyPath, 0, nullptr, REG_OPTION_NON_VOLATILE, kAccess, nullptr, key.Put(),
-                         nullptr) == ERROR_SUCCESS;
+  return key.Open(parent, keyPath, kAccess) == ERROR_SUCCESS ||
+         key.Create(parent, keyPath, kAccess) == ERROR_SUCCESS;
 }
 
 }  // namespace
@@ -42,13 +41,13 @@ bool StubScript::Execute(const char* command) {
 }
 
 bool StubScript::OpenRoot(const char* path) {
-  mSubKey.Reset();
-  mRootKey.Reset();
+  mSubKey.Close();
+  mRootKey.Close();
   return OpenOrCreate(HKEY_CLASSES_ROOT, path, mRootKey);
 }
 
 bool StubScript::OpenSub(const char* path) {
-  mSubKey.Reset();
+  mSubKey.Close();
   return VT_ASSERT(mRootKey, "rootKey") && OpenOrCreate(mRootKey.Get(), path, mSubKey);
 }
 
@@ -60,7 +59,7 @@ bool StubScript::SetDefault(const char* text) {
 }
 
 bool StubScript::Delete(const char* path) {
-  mSubKey.Reset();
+  mSubKey.Close();
   const Str keyPath = KeyPath(path);
   // A key that is not there needs no deleting; an empty path would take the whole parent.
   if (!keyPath.IsEmpty()) RegDeleteKeyTree(mRootKey ? mRootKey.Get() : HKEY_CLASSES_ROOT, keyPath);

@@ -1,7 +1,7 @@
 #pragma once
 // The little language of the document-class script, run below HKEY_CLASSES_ROOT.
-#include "base/handle.h"
 #include "base/str.h"
+#include "stores/regkey.h"
 
 // Runs one command after the other; each keeps the keys that the next works on.
 class StubScript {
@@ -15,6 +15,6 @@ class StubScript {
   bool SetDefault(const char* text);
   bool Delete(const char* path);
 
-  KeyHandle mRootKey;
-  KeyHandle mSubKey;
+  RegKey mRootKey;
+  RegKey mSubKey;
 };

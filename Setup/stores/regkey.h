@@ -17,6 +17,7 @@ class RegKey {
   LSTATUS Create(HKEY parent, const char* subKey, REGSAM access);
   void Close();
   HKEY Get() const { return mKey.Get(); }
+  explicit operator bool() const { return static_cast<bool>(mKey); }
 
  private:
   KeyHandle mKey;

@@ -10,6 +10,7 @@
 #include "messages/varlist.h"
 #include "resources/ids.h"
 #include "stores/ini.h"
+#include "stores/regkey.h"
 #include "ui/dlog.h"
 
 namespace {
@@ -19,7 +20,7 @@ constexpr int32_t kCleared = -1;
 struct ProgressState {
   WindowHandle window;
   int32_t percent = kCleared;
-  KeyHandle key;                      // the machine store's key, open from the first value written on
+  RegKey key;                         // the machine store's key, open from the first value written on
   int32_t writtenPercent = kCleared;  // what stands in the registry
 };
 
@@ -31,15 +32,13 @@ ProgressState& State() {
 // Opens (or creates) the key that MachRegKey names. A store that is a file, or a bare root, takes no progress
 // values.
 HKEY ReportKey() {
-  KeyHandle& key = State().key;
+  RegKey& key = State().key;
   if (key) return key.Get();
   HKEY root = nullptr;
   Str subKey;
   const Str path = AppGetExpanded("MachRegKey");
   if (path.IsEmpty() || !IniParsePath(path, root, subKey) || !root || subKey.IsEmpty()) return nullptr;
-  if (RegCreateKeyExA(root, subKey, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, key.Put(),
-                      nullptr) != ERROR_SUCCESS)
-    return nullptr;
+  if (key.Create(root, subKey, KEY_SET_VALUE) != ERROR_SUCCESS) return nullptr;
   return key.Get();
 }
 
@@ -153,7 +152,7 @@ void ClearMeter() {
 }
 
 void CloseProgressReporting() {
-  State().key.Reset();
+  State().key.Close();
   State().writtenPercent = kCleared;
 }
 
