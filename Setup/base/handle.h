@@ -97,6 +97,4 @@ using KeyHandle = UniqueHandle<KeyHandlePolicy>;        // opened registry keys,
 using ModuleHandle = UniqueHandle<ModulePolicy>;
 using WindowHandle = UniqueHandle<WindowPolicy>;
 using FontHandle = UniqueHandle<GdiPolicy<HFONT>>;
-using BrushHandle = UniqueHandle<GdiPolicy<HBRUSH>>;
-using RegionHandle = UniqueHandle<GdiPolicy<HRGN>>;
 using ScreenHandle = UniqueHandle<ScreenPolicy>;  // GetDC of the whole screen

@@ -11,6 +11,7 @@
 #include "platform/fio.h"
 #include "platform/fs.h"
 #include "script/files.h"
+#include "script/fullpath.h"
 #include "ui/err.h"
 
 namespace {
@@ -51,12 +52,6 @@ bool ShowCannotInstall(const char* fontName, const char* sourcePath) {
                 .With("FontPath", sourcePath)
                 .With("Instructions", MakeTemplate(kAddByHand, kTemplateExpand)));
   return false;
-}
-
-bool IsSamePath(const char* a, const char* b) {
-  FSPath first(a);
-  FSPath second(b);
-  return first.MakeFull() && second.MakeFull() && first.Path().ICompare(second.Path()) == 0;
 }
 
 enum class Installed { kNo, kKept, kReplaced, kFailed };

@@ -199,7 +199,7 @@ uint32_t ReadConfigurationAtProgDir() {
   }
   Str version;
   list.Get(kConfigVersionName, version);
-  if (!(version == kConfigVersion)) {
+  if (version != kConfigVersion) {
     text.Format("Version mismatch (%s != %s) with QLC at %s.", version.Chars(), kConfigVersion, path.Chars());
     ShowError(text);
     return kOtherVersion;

@@ -37,6 +37,10 @@
 
 namespace {
 
+constexpr unsigned kErrorTitle = 256;
+constexpr unsigned kWarningTitle = 257;
+constexpr unsigned kPlainTitle = 258;
+constexpr unsigned kOutOfMemoryText = 260;
 constexpr unsigned kNewerVersionText = 336;
 constexpr unsigned kBadCommandLineText = 791;
 constexpr unsigned kProductRunningText = 4101;
@@ -47,6 +51,9 @@ constexpr unsigned kCannotReadText = 11012;
 constexpr char kScriptName[] = "setup.inf";
 constexpr char kStartSection[] = "startup";
 constexpr char kEndSection[] = "shutdown";
+
+constexpr InfHandlers kAllHandlers = {StandardFileHandler, TaskDispatch, RegistryLineHandler,
+                                      VariableHandler};
 
 // Shown when there is no library to take a text from.
 constexpr char kNoLanguageText[] =
@@ -74,6 +81,8 @@ struct StartUp {
 void ReportFileTrouble(bool write) {
   ReportInternalError(kIoTroubleText, write ? kCannotWriteText : kCannotReadText);
 }
+
+void TakeMessageTitles() { SetMessageTitles(kErrorTitle, kWarningTitle, kPlainTitle, kOutOfMemoryText); }
 
 bool ResourceTextHook(unsigned id, Str* text) { return GetResStr(id, 0, *text, 0); }
 
@@ -147,8 +156,7 @@ bool ReadScript() {
   bool started = opened;
   if (opened) {
     const bool exists = Script().SectionExists(kStartSection) == kInfOK;
-    const InfResult result = Script().DoSection(
-        kStartSection, {StandardFileHandler, TaskDispatch, RegistryLineHandler, VariableHandler}, nullptr);
+    const InfResult result = Script().DoSection(kStartSection, kAllHandlers, nullptr);
     started = result == kInfOK || !exists;
   }
   LogLine(Message("Opening setup info file at <InfPath>: <Success>", kTemplateLiteral)
@@ -180,7 +188,7 @@ void CheckRightsAndLanguage(StartUp& start) {
     return;
   }
   SetResourceVariables();
-  SetMessageTitles(256, 257, 258, 260);
+  TakeMessageTitles();
 }
 
 // A text that may have to be shown before the script or the language gave the program its name.
@@ -213,7 +221,7 @@ void CompleteVariables(const StartUp& start) {
   MergeStoredSettings();
   if (AppVariableExists("ASSERT")) VT_FAIL("-assert on the command line");
   SetNameVariables();
-  SetMessageTitles(256, 257, 258, 260);
+  TakeMessageTitles();
   LogSystemInfo(GatherSystemFacts());
 }
 
@@ -248,8 +256,7 @@ bool OpenBackground(HINSTANCE instance) {
 
 void RunEndSection() {
   if (Script().SectionExists(kEndSection) != kInfOK) return;
-  Script().DoSection(kEndSection, {StandardFileHandler, TaskDispatch, RegistryLineHandler, VariableHandler},
-                     nullptr);
+  Script().DoSection(kEndSection, kAllHandlers, nullptr);
 }
 
 // Deletes what a removal could not while the program held it, then the script and the program itself.

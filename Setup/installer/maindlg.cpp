@@ -178,11 +178,11 @@ void OnCommand(HWND dialog, int id, MainDialogState& state) {
 
 INT_PTR CALLBACK MainProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_INITDIALOG) {
-    SetWindowLongA(dialog, DWL_USER, static_cast<LONG>(lParam));
+    SetWindowLongPtrA(dialog, DWLP_USER, lParam);
     OnOpen(dialog, *reinterpret_cast<MainDialogState*>(lParam));
     return TRUE;
   }
-  auto* state = reinterpret_cast<MainDialogState*>(GetWindowLongA(dialog, DWL_USER));
+  auto* state = reinterpret_cast<MainDialogState*>(GetWindowLongPtrA(dialog, DWLP_USER));
   if (message != WM_COMMAND || state == nullptr) return FALSE;
   OnCommand(dialog, LOWORD(wParam), *state);
   return TRUE;

@@ -133,11 +133,11 @@ void OnButton(HWND dialog, int id, FinishChoice& choice) {
 
 INT_PTR CALLBACK FinishProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_INITDIALOG) {
-    SetWindowLongA(dialog, DWL_USER, static_cast<LONG>(lParam));
+    SetWindowLongPtrA(dialog, DWLP_USER, lParam);
     OnOpen(dialog, *reinterpret_cast<FinishDialogState*>(lParam));
     return TRUE;
   }
-  auto* state = reinterpret_cast<FinishDialogState*>(GetWindowLongA(dialog, DWL_USER));
+  auto* state = reinterpret_cast<FinishDialogState*>(GetWindowLongPtrA(dialog, DWLP_USER));
   if (message != WM_COMMAND || state == nullptr) return FALSE;
   const int id = LOWORD(wParam);
   if (id != IDOK && id != IDCANCEL) return FALSE;

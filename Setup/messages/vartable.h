@@ -18,9 +18,8 @@ struct Variable {
 };
 
 struct ExpandResult {
-  int32_t count = 0;  // replacements made
-  const Variable* stopped =
-      nullptr;  // the variable at which the limit was met; null when the expansion ended
+  int32_t count = 0;                  // replacements made
+  const Variable* stopped = nullptr;  // where a limit was met; null when the expansion came to its end
 };
 
 class VarTable {

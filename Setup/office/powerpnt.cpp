@@ -10,7 +10,6 @@
 namespace {
 
 struct PowerPntVersion {
-  unsigned nameId;
   int32_t version;
   const char* addInKey;    // INI-store path of the AddIns key
   const char* installKey;  // INI-store path of the InstallRoot key, ending in a backslash
@@ -25,11 +24,11 @@ constexpr uint32_t kLoadAlways = 0xFFFFFFFF;
 #define MACHINE "HKEY_LOCAL_MACHINE"
 
 // Versions 9 and 10 read their add-ins from the user's part of the registry, 11 and 12 from the machine's.
-constexpr PowerPntVersion InstallPowerPt[kNumPowerPntVersions] = {
-    {514, 9, PPT_KEY(USER, "9", "AddIns"), PPT_KEY(MACHINE, "9", "InstallRoot\\"), kLoadAlways},
-    {515, 10, PPT_KEY(USER, "10", "AddIns"), PPT_KEY(MACHINE, "10", "InstallRoot\\"), kLoadAlways},
-    {516, 11, PPT_KEY(MACHINE, "11", "AddIns"), PPT_KEY(MACHINE, "11", "InstallRoot\\"), kLoadAlways},
-    {517, 12, PPT_KEY(MACHINE, "12", "AddIns"), PPT_KEY(MACHINE, "12", "InstallRoot\\"), kLoadAlways},
+constexpr PowerPntVersion kPowerPntVersions[kNumPowerPntVersions] = {
+    {9, PPT_KEY(USER, "9", "AddIns"), PPT_KEY(MACHINE, "9", "InstallRoot\\"), kLoadAlways},
+    {10, PPT_KEY(USER, "10", "AddIns"), PPT_KEY(MACHINE, "10", "InstallRoot\\"), kLoadAlways},
+    {11, PPT_KEY(MACHINE, "11", "AddIns"), PPT_KEY(MACHINE, "11", "InstallRoot\\"), kLoadAlways},
+    {12, PPT_KEY(MACHINE, "12", "AddIns"), PPT_KEY(MACHINE, "12", "InstallRoot\\"), kLoadAlways},
 };
 
 #undef PPT_KEY
@@ -60,7 +59,7 @@ bool IsInstalled(const PowerPntVersion& powerPnt) {
 
 // Root and subkey of the add-in's own key.
 bool AddInKey(int32_t i, const Str& addInName, HKEY& hkRoot, Str& appKeyStr) {
-  if (!VT_ASSERT(IniParsePath(InstallPowerPt[i].addInKey, hkRoot, appKeyStr),
+  if (!VT_ASSERT(IniParsePath(kPowerPntVersions[i].addInKey, hkRoot, appKeyStr),
                  "IniParsePath(InstallPowerPt[i].addInKey,hkRoot,appKeyStr)") ||
       !VT_ASSERT(appKeyStr.Length(), "appKeyStr.Length()"))
     return false;
@@ -78,7 +77,7 @@ void RegisterRow(int32_t i) {
   Str appKeyStr;
   if (!AddInKey(i, addInName, hkRoot, appKeyStr)) return;
   const Str path = JoinPath(addIn.folder, addIn.fileName);
-  VT_ASSERT(RegCreateKeyValue(hkRoot, appKeyStr, "AutoLoad", InstallPowerPt[i].autoLoad),
+  VT_ASSERT(RegCreateKeyValue(hkRoot, appKeyStr, "AutoLoad", kPowerPntVersions[i].autoLoad),
             "RegCreateKeyValue(hkRoot,appKeyStr,\"AutoLoad\",InstallPowerPt[i].autoLoad)");
   VT_ASSERT(RegCreateKeyValue(hkRoot, appKeyStr, "Path", path.Chars()),
             "RegCreateKeyValue(hkRoot,appKeyStr,\"Path\",path)");
@@ -88,14 +87,14 @@ void RegisterRow(int32_t i) {
 
 int32_t FindPowerPntRow(int32_t version) {
   for (int32_t row = 0; row < kNumPowerPntVersions; ++row)
-    if (InstallPowerPt[row].version == version) return row;
+    if (kPowerPntVersions[row].version == version) return row;
   return -1;
 }
 
 void SetPowerPntAddIn(int32_t row, const Str& fileName, const Str& folder) {
   if (!VT_ASSERT(row >= 0 && row < kNumPowerPntVersions, "row >= 0 && row < kNumPowerPntVersions")) return;
   AddInState& addIn = gAddIns[row];
-  addIn.found = IsInstalled(InstallPowerPt[row]);
+  addIn.found = IsInstalled(kPowerPntVersions[row]);
   addIn.fileName = fileName;
   if (!VT_ASSERT(fileName.Length() <= kMaxFileName, "Str::Length(fileName) <= kMaxFileName"))
     addIn.fileName.Left(fileName, kMaxFileName);

@@ -37,6 +37,12 @@ constexpr WordVersion kWordTemplate = {272, 0, OFFICE_KEY("<ver>", "Word"), OFFI
 
 #undef OFFICE_KEY
 
+constexpr unsigned kInstallingMacro = 795;
+constexpr unsigned kRemovingMacro = 796;
+constexpr int32_t kMaxName = 255;  // characters of a recorded file name
+constexpr int32_t kMaxFirstDir = 259;
+constexpr int32_t kMaxSecondDir = 255;
+
 constexpr char kInstallRoot[] = "InstallRoot";
 constexpr char kPathValue[] = "PATH";
 constexpr int32_t kFirstWithCommonKey = 9;  // earlier versions keep no path in the shared key
@@ -148,7 +154,7 @@ Str ProductName(int32_t row) {
 
 void InstallRow(int32_t row, const Str& folder) {
   WordState& state = gStates[row];
-  SetProgressText(Message(795).With("ProdName", ProductName(row)));
+  SetProgressText(Message(kInstallingMacro).With("ProdName", ProductName(row)));
   const int32_t user = RowUsingFolder(folder);
   if (user >= 0) {
     LogLine(
@@ -222,10 +228,10 @@ void SetWordMacro(int32_t row, const WordMacroFiles& files) {
               .With("WordVer", word.version)
               .With("Found", state.found ? "found" : "not found")
               .With("Path", path));
-  state.files.firstName = Fitting(files.firstName, 255);
-  state.files.firstDir = Fitting(files.firstDir, 259);
-  state.files.secondName = Fitting(files.secondName, 255);
-  state.files.secondDir = Fitting(files.secondDir, 255);
+  state.files.firstName = Fitting(files.firstName, kMaxName);
+  state.files.firstDir = Fitting(files.firstDir, kMaxFirstDir);
+  state.files.secondName = Fitting(files.secondName, kMaxName);
+  state.files.secondDir = Fitting(files.secondDir, kMaxSecondDir);
 }
 
 void InstallWordMacros() {
@@ -239,7 +245,7 @@ void RemoveWordMacros() {
   for (int32_t row = 0; row < kNumWordVersions; ++row) {
     Str folder;
     if (!FindWordStartup(kWordVersions[row], folder)) continue;
-    SetProgressText(Message(796).With("ProdName", ProductName(row)));
+    SetProgressText(Message(kRemovingMacro).With("ProdName", ProductName(row)));
     for (const Str* name : {&gStates[row].files.firstName, &gStates[row].files.secondName})
       if (!name->IsEmpty()) LoggedDelete(JoinPath(folder, *name));
   }

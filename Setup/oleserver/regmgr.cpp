@@ -43,11 +43,8 @@ class TaskText {
 };
 
 bool ParseClassId(const Str& text, CLSID& classId) {
-  const WStr wide = [&] {
-    WStr converted;
-    converted = text.Chars();
-    return converted;
-  }();
+  WStr wide;
+  wide = text.Chars();
   // The parameter is not written to; older headers lack the const.
   return CLSIDFromString(const_cast<wchar_t*>(wide.Chars()), &classId) == S_OK;
 }

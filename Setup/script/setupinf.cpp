@@ -205,7 +205,7 @@ InfResult SetupScript::DoNested(Str name, const InfHandlers& handlers, void* con
     Str value;
     if (!mVariables.GetExpanded(variable, value, VarList::kExpandThis)) return kInfOK;
     VT_ASSERT(value == "0" || value == "1", "value == \"0\" || value == \"1\"");
-    if (!(value == "1")) return kInfOK;
+    if (value != "1") return kInfOK;
   }
   return DoSection(name, handlers, context);
 }

@@ -37,10 +37,6 @@ bool HasText(const char* text, const char* expression) { return VT_ASSERT(text !
 
 bool IsOpen(const IniStore* ini) { return VT_ASSERT(ini != nullptr, "ini"); }
 
-void CheckName(IniStore& ini, const char* name, const char* expression) {
-  if (!KeyIsValid(name) && ini.IsNewComplaint(expression, name)) VT_FAIL(expression);
-}
-
 bool WriteBack(IniStore& ini) {
   if (ini.readOnly) return true;
   switch (ini.type) {
@@ -61,12 +57,13 @@ bool WriteBack(IniStore& ini) {
 IniStore::IniStore(IniType kind, bool isReadOnly)
     : type(kind), readOnly(isReadOnly), text({LowerAnsi, IsAnsiLeadByte}) {}
 
-bool IniStore::IsNewComplaint(const char* reason, std::string_view name) {
-  std::string complaint(reason);
+void IniStore::CheckName(const char* name, const char* expression) {
+  if (KeyIsValid(name)) return;
+  std::string complaint(expression);
   complaint += name;
-  if (std::find(complaints.begin(), complaints.end(), complaint) != complaints.end()) return false;
+  if (std::find(complaints.begin(), complaints.end(), complaint) != complaints.end()) return;
   complaints.push_back(std::move(complaint));
-  return true;
+  VT_FAIL(expression);
 }
 
 void IniCloser::operator()(IniStore* ini) const {
@@ -130,7 +127,7 @@ bool IniFindSection(IniStore* ini, const char* section, bool create) {
   if (!IsOpen(ini) || !HasText(section, "section")) return false;
   if (ini->text.FindSection(section)) return true;
   if (!create || ini->text.SectionCount() >= kIniMaxSections) return false;
-  CheckName(*ini, section, "KeyIsValid(section)");
+  ini->CheckName(section, "KeyIsValid(section)");
   ini->text.CreateSection(section);
   return true;
 }
@@ -150,7 +147,7 @@ void IniDeleteSection(IniStore* ini, const char* section) {
 
 void IniRenameSection(IniStore* ini, const char* newName) {
   if (!IsOpen(ini) || !HasText(newName, "section")) return;
-  CheckName(*ini, newName, "KeyIsValid(section)");
+  ini->CheckName(newName, "KeyIsValid(section)");
   ini->text.RenameSection(newName);
 }
 
@@ -200,13 +197,13 @@ bool IniDeleteKey(IniStore* ini, const char* key) {
 
 bool IniWriteString(IniStore* ini, const char* key, const char* value) {
   if (!IsOpen(ini) || !HasText(key, "key") || !HasText(value, "value")) return false;
-  CheckName(*ini, key, "KeyIsValid(key)");
+  ini->CheckName(key, "KeyIsValid(key)");
   return ini->text.WriteKey(key, value);
 }
 
 bool IniAddString(IniStore* ini, const char* key, const char* value) {
   if (!IsOpen(ini) || !HasText(key, "key") || !HasText(value, "value")) return false;
-  CheckName(*ini, key, "KeyIsValid(key)");
+  ini->CheckName(key, "KeyIsValid(key)");
   return ini->text.AddKey(key, value);
 }
 

@@ -129,7 +129,7 @@ class KeyWriter {
 
  private:
   bool WriteHeader(const std::string& name) {
-    Check(name, "KeyIsValid(szCurrentKeyName)");
+    mIni.CheckName(name.c_str(), "KeyIsValid(szCurrentKeyName)");
     Skip();
     mName = name;
     mHasName = true;
@@ -138,7 +138,7 @@ class KeyWriter {
 
   bool WriteValue(const std::string& name, const std::string& data, bool changed) {
     if (!mHasName) return true;  // a line without a section
-    Check(name, "KeyIsValid(szValueName)");
+    mIni.CheckName(name.c_str(), "KeyIsValid(szValueName)");
     if (mAsRead) return true;
     if (!OpenSubKey()) return false;
     if (!changed && IsForeign(mSubKey.Get(), name)) return true;
@@ -149,10 +149,6 @@ class KeyWriter {
   bool OpenSubKey() {
     return mSubKey.Get() != nullptr ||
            mSubKey.Create(mIni.key.Get(), mName.c_str(), KEY_READ | KEY_WRITE) == ERROR_SUCCESS;
-  }
-
-  void Check(const std::string& name, const char* expression) {
-    if (!KeyIsValid(name.c_str()) && mIni.IsNewComplaint(expression, name)) VT_FAIL(expression);
   }
 
   // A value that is no plain text: another program's number or list, which was read as a text only for want

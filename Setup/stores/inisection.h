@@ -32,7 +32,7 @@ class IniSection {
 
   // First line of that key, -1 when there is none.
   int32_t FindKey(std::string_view key, const IniRules& rules);
-  // Line number of the n-th line that IsScriptLine accepts; false when there are less than n, LineCount()
+  // Line number of the n-th line that IsScriptLine accepts; false when there are fewer than n, LineCount()
   // when there are just n.
   bool FindScriptLine(int32_t n, int32_t& line);
   // Whether line i says anything: not the header, not empty, no comment, not part of another line.

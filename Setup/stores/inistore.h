@@ -13,9 +13,9 @@
 
 struct IniStore {
   explicit IniStore(IniType kind, bool isReadOnly);
-  // False once a name has been complained about for this reason, so that a store with many odd names does not
-  // complain at every line.
-  bool IsNewComplaint(const char* reason, std::string_view name);
+  // Reports `expression` when the name of a section, key or value is not valid; each name only once, so that
+  // a store with many odd names does not complain at every line.
+  void CheckName(const char* name, const char* expression);
 
   IniType type;
   bool readOnly;
@@ -24,7 +24,7 @@ struct IniStore {
   MemHandle* hand = nullptr;  // iniMEM; not owned
   uint32_t listNumber = 0;    // iniSTRLIST
   IniText text;
-  std::vector<std::string> complaints;
+  std::vector<std::string> complaints;  // what was reported: expression and name
 };
 
 // Opening: the source is opened as `ini` asks and its lines are loaded; false when one of both fails.

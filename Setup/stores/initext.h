@@ -49,7 +49,7 @@ class IniText {
   bool NextKey(bool first, std::string_view prefix, std::string& key, std::string& value);
   // The next line that says anything; one without "=" is a key as a whole.
   bool NextLine(bool first, std::string& key, std::string& value);
-  // Steps from the header over `count` lines that NextLine would give; false when there are less.
+  // Steps from the header over `count` lines that NextLine would give; false when there are fewer.
   bool SeekLine(int32_t count);
   bool ReadKey(std::string_view key, std::string& value);
   bool DeleteKey(std::string_view key);

@@ -1,5 +1,6 @@
 #include "tasks/infproc.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
@@ -140,6 +141,14 @@ bool TaskArgs(const char* name, const char* args, size_t least, std::vector<Str>
   return false;
 }
 
+Str ArgAt(const std::vector<Str>& args, size_t i) { return i < args.size() ? args[i] : Str(); }
+
+Str ExpandedArgAt(const std::vector<Str>& args, size_t i) {
+  return MakeTemplate(ArgAt(args, i).Chars(), kTemplateExpand);
+}
+
+int32_t ArgNumber(const Str& arg) { return static_cast<int32_t>(std::strtol(arg, nullptr, 10)); }
+
 void LogTaskEntry(const char* name, const char* args) {
   // The name goes in twice through one item; the caller's arguments last, so that nothing in them is filled.
   LogLine(Message("  Task_<Name>(name: <Name>, args: <Args>)", kTemplateLiteral)
@@ -165,4 +174,8 @@ bool ParseTrueFalse(const char* name, const Str& text, bool& value) {
   }
   LogUnknownArgs(name);
   return false;
+}
+
+bool ParseOptionalTrueFalse(const char* name, const Str& text, bool& value) {
+  return text.IsEmpty() || ParseTrueFalse(name, text, value);
 }

@@ -42,9 +42,17 @@ bool TaskActsNow(const char* name, const char* args, const void* data);
 std::vector<Str> TaskArgs(const char* name, const char* args);
 // As TaskArgs; fewer than `least` arguments log LogUnknownArgs and give false.
 [[nodiscard]] bool TaskArgs(const char* name, const char* args, size_t least, std::vector<Str>& fields);
+// Argument i; empty when it is missing.
+Str ArgAt(const std::vector<Str>& args, size_t i);
+// The same with its variables filled: those that were not set yet when the line was read.
+Str ExpandedArgAt(const std::vector<Str>& args, size_t i);
+// The decimal number at the start of an argument; 0 without one.
+int32_t ArgNumber(const Str& arg);
 // Logs "  Task_<name>(name: <Name>, args: <Args>)".
 void LogTaskEntry(const char* name, const char* args);
 // Logs "The arguments for the task <TaskName> in Setup.inf are unknown."
 void LogUnknownArgs(const char* name);
 // "True"/"False"; anything else logs LogUnknownArgs and gives false.
 [[nodiscard]] bool ParseTrueFalse(const char* name, const Str& text, bool& value);
+// As ParseTrueFalse for an argument that may be left out: an empty one leaves `value`.
+[[nodiscard]] bool ParseOptionalTrueFalse(const char* name, const Str& text, bool& value);

@@ -26,8 +26,7 @@ void RemoveByFiles(const char* name, const char* args, RemoveFunc remove) {
   }
   std::vector<Str> fields;
   if (!TaskArgs(name, args, 2, fields)) return;
-  remove(atm, MakeTemplate(fields[0].Chars(), kTemplateExpand),
-         MakeTemplate(fields[1].Chars(), kTemplateExpand));
+  remove(atm, ExpandedArgAt(fields, 0), ExpandedArgAt(fields, 1));
 }
 
 }  // namespace

@@ -16,9 +16,6 @@ constexpr unsigned kRemovingFonts = 360;
 constexpr unsigned kNoFolderToInstall = 786;
 constexpr unsigned kNoFolderToRemove = 787;
 
-// Expanded once more: the line was expanded before TTSysDir was known.
-Str Expanded(const Str& field) { return MakeTemplate(field.Chars(), kTemplateExpand); }
-
 bool IsBitmapKind(const Str& kind) { return kind.ICompare("raster") == 0 || kind.ICompare("bitmap") == 0; }
 
 }  // namespace
@@ -32,10 +29,9 @@ int32_t Task_install_tt_font(const char* name, const char* args, void* data) {
     return 1;
   }
   const std::vector<Str> fields = TaskArgs(name, args);
-  const Str source = fields.empty() ? Str() : Expanded(fields[0]);
-  const Str dest = fields.size() < 2 ? Str() : Expanded(fields[1]);
-  // What went wrong has been logged and shown; the script goes on.
-  static_cast<void>(InstallTTFont(source, dest, false));
+  // TTSysDir was not known when the line was expanded. What goes wrong is logged and shown; the script goes
+  // on.
+  static_cast<void>(InstallTTFont(ExpandedArgAt(fields, 0), ExpandedArgAt(fields, 1), false));
   return 1;
 }
 
@@ -60,7 +56,7 @@ int32_t Task_remove_tt_font(const char* name, const char* args, void* data) {
     return 1;
   }
   const std::vector<Str> fields = TaskArgs(name, args);
-  static_cast<void>(UninstallTTFont(fields.empty() ? Str() : Expanded(fields[0])));
+  static_cast<void>(UninstallTTFont(ExpandedArgAt(fields, 0)));
   return 1;
 }
 

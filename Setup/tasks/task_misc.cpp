@@ -16,15 +16,13 @@ struct MessageRow {
   const char* trigger;
   unsigned firstId;
 };
-// Ends at an id of 0.
 constexpr MessageRow kMessages[] = {
     {"do_ttfonts", 816},
-    {"", 0},
 };
 
 unsigned FindMessage(const Str& trigger) {
-  for (const MessageRow* row = kMessages; row->firstId != 0; ++row)
-    if (trigger.ICompare(row->trigger) == 0) return row->firstId;
+  for (const MessageRow& row : kMessages)
+    if (trigger.ICompare(row.trigger) == 0) return row.firstId;
   return 0;
 }
 
@@ -82,7 +80,6 @@ int32_t Task_test_overwrite_old_app(const char* name, const char* args, void* da
 int32_t Task_ask_choose_lang(const char* name, const char* args, void* data) {
   if (!TaskActsNow(name, args, data)) return 1;
   LogTaskEntry(name, args);
-  const std::vector<Str> fields = TaskArgs(name, args);
-  if (!ChooseProductLanguage(fields.empty() ? Str() : fields[0])) LogUnknownArgs(name);
+  if (!ChooseProductLanguage(ArgAt(TaskArgs(name, args), 0))) LogUnknownArgs(name);
   return 1;
 }

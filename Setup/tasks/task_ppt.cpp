@@ -1,6 +1,4 @@
 // PowerPoint add-in tasks: set_ppt_macro, run_ppt_macro and remove_ppt_macro. All act in pass 1.
-#include <cstdlib>
-
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "office/askmacros.h"
@@ -11,14 +9,14 @@
 int32_t Task_set_ppt_macro(const char* name, const char* args, void* data) {
   std::vector<Str> fields;
   if (!TaskActsNow(name, args, data) || !TaskArgs(name, args, 1, fields)) return 1;
-  const int32_t version = static_cast<int32_t>(std::strtol(fields[0], nullptr, 10));
+  const int32_t version = ArgNumber(fields[0]);
   const int32_t row = FindPowerPntRow(version);
   if (row < 0) {
     LogLine(Message("MS PowerPoint version <PowerPtVer> is not supported by this version of <SetupName>.")
                 .With("PowerPtVer", version));
     return 1;
   }
-  SetPowerPntAddIn(row, fields.size() > 1 ? fields[1] : Str(), fields.size() > 2 ? fields[2] : Str());
+  SetPowerPntAddIn(row, ArgAt(fields, 1), ArgAt(fields, 2));
   return 1;
 }
 
@@ -26,9 +24,8 @@ int32_t Task_run_ppt_macro(const char* name, const char* args, void* data) {
   constexpr unsigned kPowerPntNameId = 512;
   if (!TaskActsNow(name, args, data)) return 1;
   LogTaskEntry(name, args);
-  const std::vector<Str> fields = TaskArgs(name, args);
   bool ask = true;
-  if (!fields.empty() && !fields[0].IsEmpty() && !ParseTrueFalse(name, fields[0], ask)) return 1;
+  if (!ParseOptionalTrueFalse(name, ArgAt(TaskArgs(name, args), 0), ask)) return 1;
   if (!ask || AskInstallMacros(kPowerPntNameId)) RegisterPowerPntAddIns();
   return 1;
 }

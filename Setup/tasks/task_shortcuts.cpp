@@ -1,8 +1,5 @@
 // Shortcut tasks: add_icon, add_icon_group, empty_icon_group, remove_icon_group and create_link. All act in
 // pass 1.
-#include <cstdlib>
-
-#include "messages/format.h"
 #include "shell/shortcut.h"
 #include "tasks/infproc.h"
 #include "tasks/tasks.h"
@@ -11,24 +8,18 @@ namespace {
 
 // name, description, target, arguments, icon file, icon number
 LinkRecord LinkFromFields(const std::vector<Str>& fields) {
-  const auto field = [&](size_t i) {
-    return i < fields.size() ? MakeTemplate(fields[i].Chars(), kTemplateExpand) : Str();
-  };
   LinkRecord link;
-  link.name = field(0);
-  link.desc = field(1);
-  link.pathname = field(2);
-  link.args = field(3);
-  link.iconPath = field(4);
-  link.iconIndex = static_cast<int32_t>(std::strtol(field(5), nullptr, 10));
+  link.name = ExpandedArgAt(fields, 0);
+  link.desc = ExpandedArgAt(fields, 1);
+  link.pathname = ExpandedArgAt(fields, 2);
+  link.args = ExpandedArgAt(fields, 3);
+  link.iconPath = ExpandedArgAt(fields, 4);
+  link.iconIndex = ArgNumber(ExpandedArgAt(fields, 5));
   return link;
 }
 
 // Empty when the script names no group, which the group functions refuse and log.
-Str GroupName(const char* name, const char* args) {
-  const std::vector<Str> fields = TaskArgs(name, args);
-  return fields.empty() ? Str() : MakeTemplate(fields[0].Chars(), kTemplateExpand);
-}
+Str GroupName(const char* name, const char* args) { return ExpandedArgAt(TaskArgs(name, args), 0); }
 
 }  // namespace
 

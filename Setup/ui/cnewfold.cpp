@@ -34,7 +34,7 @@ void Retry(HWND dialog) {
 INT_PTR CALLBACK NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_INITDIALOG:
-      SetWindowLongA(dialog, DWL_USER, static_cast<LONG>(lParam));
+      SetWindowLongPtrA(dialog, DWLP_USER, lParam);
       FillWindowTexts(dialog, AppVars(), true);
       SendDlgItemMessageA(dialog, IDC_NEWFOLDER_NAME, EM_LIMITTEXT, FS::kMaxPathNameLen - 1, 0);
       CentreWindow(dialog);
@@ -45,7 +45,7 @@ INT_PTR CALLBACK NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
         return TRUE;
       }
       if (LOWORD(wParam) != IDOK) return FALSE;
-      if (CreateTyped(dialog, *reinterpret_cast<Str*>(GetWindowLongA(dialog, DWL_USER))))
+      if (CreateTyped(dialog, *reinterpret_cast<Str*>(GetWindowLongPtrA(dialog, DWLP_USER))))
         EndDialog(dialog, IDOK);
       else
         Retry(dialog);
