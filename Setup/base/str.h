@@ -43,6 +43,8 @@ class Str : public CharBuffer<char> {
   int32_t Compare(const char* text, int32_t count) const;
   // Compares without regard to the case of ANSI letters; 0 when equal.
   int32_t ICompare(const char* text) const;
+  // Whether the text begins with `start`, without regard to the case of ANSI letters.
+  bool IBeginsWith(const char* start) const;
 
   // Index of the first match at or after `start`, or -1.
   int32_t Find(char ch, int32_t start = 0, bool caseSensitive = true) const;

@@ -48,6 +48,12 @@ int32_t FoldedCompare(std::string_view a, std::string_view b) {
 
 int32_t Str::ICompare(const char* a, const char* b) { return FoldedCompare(ViewOf(a), ViewOf(b)); }
 
+bool Str::IBeginsWith(const char* start) const {
+  CheckUnlocked();
+  const std::string_view wanted = ViewOf(start);
+  return FoldedCompare(View().substr(0, wanted.size()), wanted) == 0;
+}
+
 const char* Str::IFind(const char* text, const char* pattern) {
   const std::string_view searched = ViewOf(text);
   const std::string_view wanted = ViewOf(pattern);

@@ -72,13 +72,6 @@ void ForEachListedFont(Visitor visitor) {
     if (!visitor(name, data)) return;
 }
 
-bool StartsWith(const Str& text, const Str& start) {
-  Str head;
-  if (text.Length() < start.Length()) return false;
-  head.Left(text, start.Length());
-  return head.ICompare(start) == 0;
-}
-
 // Data written to the font list: the bare name for a file of the font folder, else the full path.
 Str ListedFile(const char* fontPath) {
   const FSPath path(fontPath);
@@ -145,7 +138,7 @@ bool FindRegistryFont(const char* fontName, Str& valueName, Str& regFile) {
   start.Append(" (");
   bool found = false;
   ForEachListedFont([&](const Str& name, const Str& data) {
-    found = StartsWith(name, start);
+    found = name.IBeginsWith(start);
     if (found) {
       valueName = name;
       regFile = data;
@@ -156,10 +149,9 @@ bool FindRegistryFont(const char* fontName, Str& valueName, Str& regFile) {
 }
 
 bool IsFamilyInRegistry(const char* familyName) {
-  const Str start(familyName);
   bool found = false;
   ForEachListedFont([&](const Str& name, const Str&) {
-    found = StartsWith(name, start);
+    found = name.IBeginsWith(familyName);
     return !found;
   });
   return found;

@@ -2,17 +2,11 @@
 
 #include <windows.h>
 
+#include "stores/profile.h"
+
 namespace {
 
 constexpr DWORD kMaxList = 32767;  // characters of a section's key list
-constexpr DWORD kMaxText = 1024;
-
-Str ProfileText(const char* section, const Str& key) {
-  Str text;
-  GetProfileStringA(section, key, "", text.Lock(kMaxText), kMaxText);
-  text.Unlock();
-  return text;
-}
 
 // The `index`-th field between commas, trimmed.
 Str Field(const Str& text, int index) {

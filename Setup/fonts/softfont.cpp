@@ -10,11 +10,11 @@
 #include "messages/logfile.h"
 #include "messages/varlist.h"
 #include "platform/fs.h"
+#include "stores/profile.h"
 
 namespace {
 
-constexpr int32_t kMaxMissing = 100;  // numbers without a line, in a row, before the walk ends
-constexpr DWORD kMaxText = 1024;
+constexpr int32_t kMaxMissing = 100;      // numbers without a line, in a row, before the walk ends
 constexpr UINT kBroadcastTimeout = 1000;  // milliseconds granted to each window
 
 constexpr const char* kPostScriptFonts[] = {
@@ -43,13 +43,6 @@ constexpr SoftFontDriver kDrivers[] = {
     {"HPPCL5E", false, FONTS(kPcl5Fonts)},
 };
 #undef FONTS
-
-Str ReadProfile(const char* section, const char* key) {
-  Str text;
-  GetProfileStringA(section, key, "", text.Lock(kMaxText), kMaxText);
-  text.Unlock();
-  return text;
-}
 
 void LogEdit(char sign, const char* section, const char* key, const Str& value) {
   Str line;
@@ -107,7 +100,7 @@ WalkResult RemoveLines(const char* const* fileNames, int32_t numNames, const cha
   int32_t missing = 0;
   for (int32_t number = 1; missing < kMaxMissing; ++number) {
     const Str key = Message("softfont<num:d>", kTemplateLiteral).With("num", number).Text();
-    const Str line = ReadProfile(section, key);
+    const Str line = ProfileText(section, key);
     if (line.IsEmpty()) {
       ++missing;
       continue;

@@ -8,13 +8,14 @@
 #include "oleserver/regmgr.h"
 #include "platform/WinRegistry.h"
 #include "stores/ini.h"
+#include "stores/profile.h"
 
 namespace {
 
 constexpr char kStyles[] = "Styles";
 constexpr char kSubstitutesKey[] =
     "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion\\FontSubstitutes";
-constexpr DWORD kProfileSize = 512;
+constexpr int32_t kProfileSize = 512;
 
 bool gConverted = false;
 
@@ -47,9 +48,7 @@ void CopyMissing(IniStore* source, IniStore* target, const char* section) {
 
 // Section that older editors kept per printer; false without a default printer.
 bool DefaultPrinterSection(Str& section) {
-  char device[kProfileSize];
-  if (GetProfileStringA("windows", "device", "", device, kProfileSize) == 0) return false;
-  Str rest = FromComma(Str(device));
+  Str rest = FromComma(ProfileText("windows", "device", kProfileSize));
   if (rest.IsEmpty()) return false;
   rest.Delete(0, 1);
   const Str driver = BeforeComma(rest);

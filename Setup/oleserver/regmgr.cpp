@@ -114,9 +114,7 @@ void ApplyAutoConvert(const Str& classId, const Str& target) {
 }
 
 bool IsEquationKey(const Str& name) {
-  Str head;
-  head.Left(name, std::min(name.Length(), Str::Length("Equation.")));
-  return name.ICompare(kOldestProgId) == 0 || head.ICompare("Equation.") == 0;
+  return name.ICompare(kOldestProgId) == 0 || name.IBeginsWith("Equation.");
 }
 
 std::vector<Str> EquationProgIds() {

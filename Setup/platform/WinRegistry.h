@@ -25,13 +25,16 @@ class KWinRegistry {
   HKEY Key() const { return mHKey; }
 
   // "HKEY_LOCAL_MACHINE\Software\..."; the first component may be abbreviated (first table entry wins).
+  // An object must be closed before it is opened again.
   [[nodiscard]] bool OpenRooted(const char* rootedPath, WinRegMode mode);
   [[nodiscard]] bool OpenKey(const char* path, KWinRegistry& destKey, WinRegMode mode) const;
   void Close();
   // Text of a REG_SZ or REG_EXPAND_SZ value (not expanded); empty and false otherwise.
   bool GetValue(const char* name, Str& value);
+  // Writes a REG_SZ value; an empty name is the key's default value. A refusal asserts.
   bool SetValue(const char* name, const char* value);
   bool SetDefaultValue(const char* value);
+  // False also when there is no such value.
   bool DeleteValue(const char* name);
   // Deletes the subkey and everything below it; one that is missing is made and deleted. An empty name is
   // refused.

@@ -58,8 +58,8 @@ namespace {
 
 // A program started by a path of the native kind, or from a share on some systems, is reported in that kind.
 Str OrdinaryPath(Str path) {
-  if (Str::IFind(path, "\\\\?\\") == path.Chars()) path.Delete(0, 4);
-  if (Str::IFind(path, "UNC\\") != path.Chars()) return path;
+  if (path.IBeginsWith("\\\\?\\")) path.Delete(0, 4);
+  if (!path.IBeginsWith("UNC\\")) return path;
   path.Delete(0, 3);
   path.Insert('\\', 0);
   return path;

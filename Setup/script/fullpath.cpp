@@ -20,7 +20,5 @@ bool HoldsPath(const char* folder, const char* inner) {
     if (!PathText::EndsInBackslash(full.View(), IsAnsiLeadByte)) full.Append('\\');
     return full;
   };
-  const Str outer = closed(folder);
-  const Str start = closed(inner);
-  return Str(start.View().substr(0, outer.View().size())).ICompare(outer) == 0;
+  return closed(inner).IBeginsWith(closed(folder));
 }

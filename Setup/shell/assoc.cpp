@@ -12,6 +12,7 @@
 #include "platform/fspath.h"
 #include "resources/ids.h"
 #include "shell/stubscript.h"
+#include "stores/profile.h"
 #include "stores/register.h"
 
 namespace {
@@ -19,7 +20,6 @@ namespace {
 constexpr char kFileExtsKey[] =
     "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts\\";
 constexpr char kOrderValue[] = "MRUList";
-constexpr DWORD kProfileSize = 1024;
 
 // A list entry is named by one letter.
 bool IsEntryName(const Str& name) { return name.Length() == 1 && IsAsciiLetter(name.Chars()[0]); }
@@ -102,9 +102,8 @@ Str WithoutDot(const Str& extension) {
 }
 
 void CleanWinIniLine(const Str& extension, const Str& progName) {
-  char line[kProfileSize];
-  GetProfileStringA("Extensions", extension, "", line, kProfileSize);
-  if (!NamesProgram(Str(line), progName) || !WriteProfileStringA("Extensions", extension, nullptr)) return;
+  const Str line = ProfileText("Extensions", extension);
+  if (!NamesProgram(line, progName) || !WriteProfileStringA("Extensions", extension, nullptr)) return;
   LogLine(
       Message(
           "    Fixed possible file extension conflicts by deleting the \"<Extension> = <ExtLine>\" line from "

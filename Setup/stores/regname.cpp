@@ -12,10 +12,14 @@ int HexDigit(char ch) {
 
 // The character that `code`, the text behind a "$", stands for, and how long the code is; false for none.
 bool DecodeMark(std::string_view code, char& ch, size_t& size) {
-  size = 1;
-  if (code.starts_with('/')) return ch = '\\', true;
-  if (code.starts_with('_')) return ch = ' ', true;
-  if (code.starts_with('$')) return ch = '$', true;
+  constexpr std::string_view kMarks = "/_$";
+  constexpr std::string_view kMeant = "\\ $";
+  const size_t mark = code.empty() ? std::string_view::npos : kMarks.find(code.front());
+  if (mark != std::string_view::npos) {
+    ch = kMeant[mark];
+    size = 1;
+    return true;
+  }
   size = 2;
   if (code.size() < 2 || HexDigit(code[0]) < 0 || HexDigit(code[1]) < 0) return false;
   ch = static_cast<char>(HexDigit(code[0]) * 16 + HexDigit(code[1]));

@@ -64,9 +64,7 @@ bool MatchesPattern(Str name, Str pattern) {
 
 // "<prefix>...<.dll>" without regard to case.
 bool IsLibraryName(const Str& name, const Str& prefix) {
-  Str part;
-  part.Left(name, prefix.Length() < name.Length() ? prefix.Length() : name.Length());
-  if (part.ICompare(prefix) != 0) return false;
+  if (!name.IBeginsWith(prefix)) return false;
   FSPath path(name);
   Str ext;
   return path.GetExtension(ext) && ext.ICompare(kLibraryExt) == 0;

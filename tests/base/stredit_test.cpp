@@ -38,6 +38,15 @@ TEST(StrCompare, OfNullAsserts) {
   EXPECT_EQ(recorder.Only(), "cp");
 }
 
+TEST(StrIBeginsWith, IgnoresTheCaseOfAnsiLetters) {
+  EXPECT_TRUE(Str("Setup.INF").IBeginsWith("sETUP."));
+  EXPECT_TRUE(Str("\xc9t\xe9").IBeginsWith("\xe9T"));
+  EXPECT_TRUE(Str("a").IBeginsWith("A"));
+  EXPECT_TRUE(Str("a").IBeginsWith(""));
+  EXPECT_FALSE(Str("a").IBeginsWith("ab"));
+  EXPECT_FALSE(Str("ab").IBeginsWith("b"));
+}
+
 TEST(StrICompare, IgnoresTheCaseOfAnsiLetters) {
   EXPECT_EQ(Str("Setup.INF").ICompare("sETUP.inf"), 0);
   EXPECT_EQ(Str("\xc9t\xe9").ICompare("\xe9T\xc9"), 0);
