@@ -42,7 +42,7 @@ void CharBuffer<Char>::Unlock() {
 
 template <class Char>
 auto CharBuffer<Char>::ViewOf(const Char* text) -> TextView {
-  return VT_ASSERT(text != nullptr, "cp") ? TextView(text) : TextView(sEmpty, 0);
+  return VT_ASSERT(text != nullptr, "cp") ? TextView(text) : TextView(sEmpty);
 }
 
 template <class Char>

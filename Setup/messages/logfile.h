@@ -26,13 +26,18 @@ struct SystemFacts {
 // dirName + fileName; false when a log is open already or the file cannot be made.
 bool OpenLog(const char* dirName, const char* fileName);
 bool IsLogOpen();
+// One line each; an error begins with "##ERROR: ". A null text writes nothing.
 void LogLine(const char* text);
 void LogError(const char* text);
 // LogLine when something was `done`, LogError when it was not.
 void LogOutcome(bool done, const char* text);
+// A text between two empty lines.
 void LogBlock(const char* text);
+// Reports `text` as a failed assertion and logs it.
 void LogAssert(const char* text);
+// The line of an internal error, its number in hexadecimal; the line that follows is set in.
 void LogInternalError(uint32_t code);
+// The head of the log: product, Windows, screen, fonts.
 void LogSystemInfo(const SystemFacts& facts);
 // Closes the log and moves it to "<AppName><MajVersion>.log" in its folder; a name that still holds "<"
 // leaves it where it is. False when no log is open or it could not be closed.

@@ -5,13 +5,14 @@
 
 #include "base/str.h"
 
+// One file of the list; texts in the ANSI code page, terminated.
 struct FileRecord {
   char destName[256];
-  char destDir[260];
+  char destDir[260];  // without trailing backslash, except a drive's root; empty for none
   char srcPath[260];
   int32_t disk;
-  uint32_t size;  // bytes, as the script says
-  int32_t hidden;
+  uint32_t size;   // bytes, as the script says
+  int32_t hidden;  // 1: gets the hidden attribute
 };
 
 // Empties the list and its totals, and deletes what a killed run left; false when memory is short.

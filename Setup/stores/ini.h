@@ -30,16 +30,21 @@ using IniStorePtr = std::unique_ptr<IniStore, IniCloser>;
 [[nodiscard]] IniStorePtr IniOpenStrList(uint32_t number);
 // Writes back (if writable) and releases; false when the write back failed.
 bool IniClose(IniStorePtr& ini);
+// Makes an empty store where there is none; false when it cannot be opened or written.
 bool IniCreate(const char* path);
 
+// Each makes a section the current one, which all functions below work on; names in any case, `prefix` null
+// for every section. Without one there is no current section.
 bool IniFindSection(IniStore* ini, const char* section, bool create = false);
 bool IniNextSection(IniStore* ini, bool first, const char* prefix, Str& name);
 void IniDeleteSection(IniStore* ini, const char* section);
 void IniRenameSection(IniStore* ini, const char* newName);
 // A copy of the current section's text, header included; an invalid handle without one.
 MemHandle IniCopySection(IniStore* ini);
+// Replaces the section's text, header included; a section that is missing is made.
 bool IniSetSection(IniStore* ini, const char* section, MemHandle block);
 
+// The first or next key whose name begins with `prefix` (null: any); `value` may be null.
 bool IniNextKey(IniStore* ini, bool first, const char* prefix, Str& key, Str* value);
 // As IniNextKey without prefix, but also yields every other non-empty, non-comment line (the trimmed line as
 // key, the value empty), and joins a long line's pieces. For scripts.
@@ -48,6 +53,8 @@ bool IniNextLine(IniStore* ini, bool first, Str& key, Str& value);
 // is line `count`, counted from 0; false when the section has fewer. Costs the same for any count.
 bool IniSeekLine(IniStore* ini, int32_t count);
 bool IniDeleteKey(IniStore* ini, const char* key);
+// Read: false when the key is missing, the result then stays. Get: the default for a missing key. A buffer
+// holds `size` bytes; what is longer is cut.
 bool IniReadString(IniStore* ini, const char* key, char* buffer, int32_t size);
 bool IniReadStr(IniStore* ini, const char* key, Str& value);
 void IniGetString(IniStore* ini, const char* key, const char* def, char* buffer, int32_t size);
@@ -57,7 +64,9 @@ void IniGetLong(IniStore* ini, const char* key, int32_t def, int32_t& value);
 bool IniReadShort(IniStore* ini, const char* key, int16_t& value);
 void IniGetShort(IniStore* ini, const char* key, int16_t def, int16_t& value);
 bool IniReadByte(IniStore* ini, const char* key, uint8_t& value);
+// Replaces the key's value, or adds the key.
 bool IniWriteString(IniStore* ini, const char* key, const char* value);
+// Adds a key line even where the key exists.
 bool IniAddString(IniStore* ini, const char* key, const char* value);
 bool IniWriteLong(IniStore* ini, const char* key, int32_t value);
 bool IniWriteShort(IniStore* ini, const char* key, int16_t value);
