@@ -465,6 +465,19 @@ class WindowsTest(unittest.TestCase):
         self.prefix = Prefix(locale=self.locale)
         self.addCleanup(self.prefix.close)
 
+    def run_tests(self, storey, name_filter, count=None, **more):
+        """Runs tests of a storey's program, in a Windows session of their own; all of them must pass (that many, if
+        given) and none may be skipped."""
+        program = storey + "_test.exe"
+        self.prefix.copy_in(os.path.join(BIN, program), "C:\\t\\" + program)
+        self.prefix.kill()
+        result = self.prefix.run("C:\\t\\" + program, "--gtest_color=no", "--gtest_filter=" + name_filter, cwd="C:\\t",
+                                 timeout=120, **more)
+        self.prefix.kill()
+        self.assertEqual(result.code, 0, result.text)
+        self.assertRegex(result.text, r"\[  PASSED  \] %s tests?\." % (count or "[1-9][0-9]*"))
+        self.assertNotIn("[  SKIPPED ]", result.text)
+
 
 def matches(name, pattern):
     """Whether a test name contains the text, or matches it where it has * or ?."""

@@ -103,13 +103,13 @@ bool RemoveThroughATM(const AtmLibrary& atm, const char* windowsName, uint32_t s
 }
 
 // ATM may have deleted the file itself.
-bool DeleteIfThere(const Str& path) { return path.IsEmpty() || !FS::Exists(path) || FS::Delete(path); }
+bool DeleteUnlessGone(const Str& path) { return path.IsEmpty() || !FS::Exists(path) || FS::Delete(path); }
 
 // Takes the installed font out of ATM, with its files and its line in "Atm.ini"; false when ATM refuses.
 bool RemoveInstalled(const AtmLibrary& atm, const NewFont& font, const Str& pfbPath, const Str& pfmPath) {
   if (!RemoveThroughATM(atm, font.windowsName, font.style)) return false;
-  const bool fontDeleted = DeleteIfThere(pfbPath);
-  const bool metricsDeleted = DeleteIfThere(pfmPath);
+  const bool fontDeleted = DeleteUnlessGone(pfbPath);
+  const bool metricsDeleted = DeleteUnlessGone(pfmPath);
   Message line(fontDeleted && metricsDeleted
                    ? "    Deleted the font files: <PSFontPath>, and <PSMetricPath>."
                    : "    Couldn't delete the font files: <PSFontPath>, and <PSMetricPath>.",

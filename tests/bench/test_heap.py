@@ -13,7 +13,7 @@ LEFT_OUT = "*TenMegabytes*:*Child.*:DoubleByte.*"
 
 
 class HeapCheckedTest(benchlib.WindowsTest):
-    def run_tests(self, storey, chosen):
+    def run_checked(self, storey, chosen):
         beside = glob.glob(os.path.join(benchlib.BIN, "*.dll")) + [
             os.path.join(benchlib.BIN, name)
             for name in (storey + "_test.exe", "Setup.exe", "helpers", "testdata")]
@@ -23,7 +23,7 @@ class HeapCheckedTest(benchlib.WindowsTest):
                                env={"WINEDEBUG": "warn+heap"}, timeout=600)
 
     def run_storey(self, storey):
-        result = self.run_tests(storey, "-" + LEFT_OUT)
+        result = self.run_checked(storey, "-" + LEFT_OUT)
         self.assertEqual(result.code, 0, result.text[-8000:])
         self.assertIn("[  PASSED  ]", result.text)
         self.assertNotIn("err:heap", result.text)
@@ -31,7 +31,7 @@ class HeapCheckedTest(benchlib.WindowsTest):
 
 class LowerStoreys(HeapCheckedTest):
     def test_a_byte_behind_a_block_is_found(self):
-        result = self.run_tests("base", "HeapCheckChild.*")
+        result = self.run_checked("base", "HeapCheckChild.*")
         self.assertNotEqual(result.code, 0, result.text)
         self.assertIn("heap is damaged", result.text)
 

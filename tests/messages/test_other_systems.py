@@ -1,21 +1,14 @@
 """The tests of resource texts that need another code page."""
-import os
 import unittest
 
 import benchlib
-
-PROGRAM = os.path.join(benchlib.BIN, "messages_test.exe")
 
 
 class JapaneseSystem(benchlib.WindowsTest):
     locale = "ja_JP.UTF-8"
 
     def test_double_byte_text(self):
-        self.prefix.copy_in(PROGRAM, r"C:\t\messages_test.exe")
-        result = self.prefix.run(r"C:\t\messages_test.exe", "--gtest_color=no",
-                                 "--gtest_filter=DoubleByte.*:ResTextRules.*", cwd=r"C:\t", timeout=120)
-        self.assertEqual(result.code, 0, result.text)
-        self.assertIn("[  PASSED  ] 4 tests", result.text)
+        self.run_tests("messages", "DoubleByte.*:ResTextRules.*", 4)
 
 
 if __name__ == "__main__":
