@@ -91,35 +91,34 @@ Candidate TryCandidate(const Str& path) {
   return result;
 }
 
-// Remembers whether a file was read-only and hidden, and puts that back. A file that does not exist counts as
-// both.
-class KeptAttributes {
- public:
-  explicit KeptAttributes(const char* path) : mPath(path) {
-    if (!FS::Exists(path)) return;
-    mExisted = true;
-    mLocked = mHidden = false;
-    VT_ASSERT(FS::GetFileAttribute(path, FS::kAttrLock, mLocked),
-              "FS::GetFileAttribute(path,FS::kAttrLock,locked)");
-    VT_ASSERT(FS::GetFileAttribute(path, FS::kAttrHidden, mHidden),
-              "FS::GetFileAttribute(path,FS::kAttrHidden,hidden)");
-    FS::SetFileAttribute(path, FS::kAttrLock, false);
-  }
-  KeptAttributes(const KeptAttributes&) = delete;
-  KeptAttributes& operator=(const KeptAttributes&) = delete;
-  ~KeptAttributes() {
-    if (!FS::Exists(mPath)) return;
-    if (mLocked) FS::SetFileAttribute(mPath, FS::kAttrLock, true);
-    if (mHidden) FS::SetFileAttribute(mPath, FS::kAttrHidden, true);
-  }
-  bool Existed() const { return mExisted; }
-
- private:
-  Str mPath;
-  bool mExisted = false;
-  bool mLocked = true;
-  bool mHidden = true;
+struct FileAttributes {
+  bool locked;
+  bool hidden;
 };
+
+// What a configuration file has to look like: as it did before, read-only and hidden when it is new.
+FileAttributes AttributesToKeep(const char* path) {
+  FileAttributes kept = {true, true};
+  if (!FS::Exists(path)) return kept;
+  kept = {false, false};
+  VT_ASSERT(FS::GetFileAttribute(path, FS::kAttrLock, kept.locked),
+            "FS::GetFileAttribute(path,FS::kAttrLock,locked)");
+  VT_ASSERT(FS::GetFileAttribute(path, FS::kAttrHidden, kept.hidden),
+            "FS::GetFileAttribute(path,FS::kAttrHidden,hidden)");
+  return kept;
+}
+
+void SetAttributes(const char* path, const FileAttributes& attributes) {
+  if (attributes.locked) FS::SetFileAttribute(path, FS::kAttrLock, true);
+  if (attributes.hidden) FS::SetFileAttribute(path, FS::kAttrHidden, true);
+}
+
+// A file that cannot be deleted has lost its read-only attribute on the way.
+bool DeleteKeeping(const char* path, const FileAttributes& attributes) {
+  if (!FS::Exists(path) || FS::Delete(path)) return true;
+  SetAttributes(path, attributes);
+  return false;
+}
 
 }  // namespace
 
@@ -218,11 +217,14 @@ void CollectConfiguration() {
 }
 
 bool WriteConfiguration(const char* path, const VarList& list) {
-  const KeptAttributes attributes(path);
+  const FileAttributes attributes = AttributesToKeep(path);
   FSPath temporary(path);
   temporary.SetExtension(".tmp");
   if (FS::Exists(temporary)) FS::Delete(temporary);
   if (WriteConfigFile(list, temporary) != kCfgOK) return false;
-  if (attributes.Existed() && !FS::Delete(path)) return false;
+  if (!DeleteKeeping(path, attributes)) return false;
+  // Before the file has its final name, so that a run that is broken off here leaves no file that would be
+  // taken for one that the user made visible.
+  SetAttributes(temporary, attributes);
   return FS::Rename(temporary, path);
 }

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "base/runstate.h"
 #include "messages/app_vars.h"
@@ -402,6 +404,81 @@ TEST_F(ConfigWrite, FailureToDeleteLeavesTheTemporaryFile) {
   ASSERT_TRUE(held);
   EXPECT_FALSE(WriteConfiguration(mPath.c_str(), mList));
   EXPECT_EQ(DecodeConfig(ReadWholeFile(mRoot.Join("VT6.tmp"))).Value("A"), "1");
+}
+
+// What happens to the names in a folder, in order, from the construction on.
+class FolderWatch {
+ public:
+  explicit FolderWatch(const TempDir& folder)
+      : mFolder(folder),
+        mHandle(CreateFileA(folder.Path().c_str(), FILE_LIST_DIRECTORY,
+                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                            FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OVERLAPPED, nullptr)),
+        mEvent(CreateEventA(nullptr, FALSE, FALSE, nullptr)) {
+    Ask();
+  }
+  FolderWatch(const FolderWatch&) = delete;
+  FolderWatch& operator=(const FolderWatch&) = delete;
+  ~FolderWatch() {
+    CancelIo(mHandle);
+    CloseHandle(mHandle);
+    CloseHandle(mEvent);
+  }
+
+  // Each change as "<FILE_ACTION_...> <name>", until now.
+  std::vector<std::string> Changes() {
+    mFolder.Write(kLast, "");
+    std::vector<std::string> changes;
+    for (;;) {
+      DWORD size = 0;
+      if (WaitForSingleObject(mEvent, 10000) != WAIT_OBJECT_0 ||
+          !GetOverlappedResult(mHandle, &mOverlapped, &size, FALSE) || size == 0) {
+        ADD_FAILURE() << "the system tells no changes";
+        return changes;
+      }
+      const char* at = reinterpret_cast<const char*>(mBuffer);
+      for (;;) {
+        FILE_NOTIFY_INFORMATION entry = {};
+        memcpy(&entry, at, offsetof(FILE_NOTIFY_INFORMATION, FileName));
+        const wchar_t* wide =
+            reinterpret_cast<const wchar_t*>(at + offsetof(FILE_NOTIFY_INFORMATION, FileName));
+        const std::string name(wide, wide + entry.FileNameLength / sizeof(wchar_t));
+        if (name == kLast) return changes;
+        changes.push_back(std::to_string(entry.Action) + " " + name);
+        if (entry.NextEntryOffset == 0) break;
+        at += entry.NextEntryOffset;
+      }
+      Ask();
+    }
+  }
+
+ private:
+  static constexpr char kLast[] = "last";
+  void Ask() {
+    mOverlapped = {};
+    mOverlapped.hEvent = mEvent;
+    if (!ReadDirectoryChangesW(mHandle, mBuffer, sizeof mBuffer, FALSE,
+                               FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_ATTRIBUTES, nullptr,
+                               &mOverlapped, nullptr))
+      ADD_FAILURE() << "the folder cannot be watched: " << GetLastError();
+  }
+
+  const TempDir& mFolder;
+  HANDLE mHandle;
+  HANDLE mEvent;
+  OVERLAPPED mOverlapped = {};
+  DWORD mBuffer[4096] = {};
+};
+
+// A run that is broken off must not leave a file that the next run takes for one that the user made visible.
+TEST_F(ConfigWrite, AttributesComeBeforeTheFinalName) {
+  ASSERT_TRUE(WriteConfiguration(mPath.c_str(), mList));
+  FolderWatch watch(mRoot);
+  EXPECT_TRUE(WriteConfiguration(mPath.c_str(), mList));
+  const std::vector<std::string> changes = watch.Changes();
+  EXPECT_EQ(changes.back(), "5 VT6.QLC") << "the new name is the last change";
+  EXPECT_EQ(std::count(changes.begin(), changes.end(), "1 VT6.tmp"), 1);
+  EXPECT_GE(std::count(changes.begin(), changes.end(), "3 VT6.tmp"), 1) << "its attributes";
 }
 
 TEST_F(ConfigWrite, MissingFolderFails) {
