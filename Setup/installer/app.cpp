@@ -32,7 +32,7 @@
 #include "tasks/infproc.h"
 #include "ui/err.h"
 #include "ui/help.h"
-#include "ui/langlist.h"
+#include "ui/langload.h"
 #include "ui/progmetr.h"
 
 namespace {

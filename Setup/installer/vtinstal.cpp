@@ -27,7 +27,7 @@
 #include "tasks/infproc.h"
 #include "ui/dlog.h"
 #include "ui/err.h"
-#include "ui/langlist.h"
+#include "ui/langload.h"
 #include "ui/progmetr.h"
 
 namespace {

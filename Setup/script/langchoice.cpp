@@ -6,6 +6,7 @@
 #include "stores/ini.h"
 #include "stores/register.h"
 #include "ui/langlist.h"
+#include "ui/language.h"
 #include "ui/langpick.h"
 
 namespace {

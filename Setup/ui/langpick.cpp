@@ -5,7 +5,7 @@
 #include "base/runstate.h"
 #include "resources/ids.h"
 #include "ui/dlog.h"
-#include "ui/langlist.h"
+#include "ui/language.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "base/handle.h"
 #include "base/runstate.h"
 #include "messages/logfile.h"
 #include "messages/res.h"
@@ -15,7 +16,7 @@
 #include "support/temp_dir.h"
 #include "ui/dlog.h"
 #include "ui/err.h"
-#include "ui/langlist.h"
+#include "ui/langload.h"
 
 class UiTest : public testing::Test {
  protected:
