@@ -44,10 +44,14 @@ size_t WholeCharacters(std::string_view text, size_t max, LeadByteTest lead) {
 
 }  // namespace
 
-size_t FindBackslash(std::string_view path, size_t from, LeadByteTest lead) {
-  for (size_t pos = from; pos < path.size(); pos += CharLength(path, pos, lead))
-    if (path[pos] == '\\') return pos;
+size_t FindCharacter(std::string_view text, char wanted, size_t from, LeadByteTest lead) {
+  for (size_t pos = from; pos < text.size(); pos += CharLength(text, pos, lead))
+    if (text[pos] == wanted) return pos;
   return kNone;
+}
+
+size_t FindBackslash(std::string_view path, size_t from, LeadByteTest lead) {
+  return FindCharacter(path, '\\', from, lead);
 }
 
 size_t FindLastBackslash(std::string_view path, LeadByteTest lead) {

@@ -24,6 +24,8 @@ struct Parts {
 
 enum ComponentFlags : uint32_t { kVolume = 1, kDir = 2, kBaseName = 4, kFileName = 8 };
 
+// Position of the first such single-byte character at or after `from`; kNone when there is none.
+size_t FindCharacter(std::string_view text, char wanted, size_t from, LeadByteTest lead);
 // Position of the first backslash at or after `from`, and of the last one; kNone when there is none.
 size_t FindBackslash(std::string_view path, size_t from, LeadByteTest lead);
 size_t FindLastBackslash(std::string_view path, LeadByteTest lead);

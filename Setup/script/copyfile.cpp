@@ -3,6 +3,7 @@
 
 #include "base/assert.h"
 #include "base/runstate.h"
+#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
@@ -49,12 +50,16 @@ bool IsOwnFile(const char* path) {
   return false;
 }
 
-int32_t DiskOf(const char* infile) {
+// One source may be listed for several destinations, each from a disk of its own.
+int32_t DiskOf(const char* infile, const char* outfile) {
+  int32_t disk = 0;
   for (int32_t i = 0; i < GetNumFiles(); ++i) {
     const FileRecord record = GetFileRec(i);
-    if (Str::ICompare(record.srcPath, infile) == 0) return record.disk;
+    if (Str::ICompare(record.srcPath, infile) != 0) continue;
+    if (JoinPath(record.destDir, record.destName).ICompare(outfile) == 0) return record.disk;
+    if (disk == 0) disk = record.disk;
   }
-  return 1;
+  return disk == 0 ? 1 : disk;
 }
 
 // True when the user says that the source is there now. A silent run answers OK for ever, so it looks only
@@ -70,7 +75,7 @@ bool AskForSource(const char* infile, const char* outfile, bool first) {
   return AskOkCancel(Message(kInsertSourceDisk)
                          .With("InFile", infile)
                          .With("OutFile", outfile)
-                         .With("Disk", DiskOf(infile))
+                         .With("Disk", DiskOf(infile, outfile))
                          .With("Drive", drive)) == kAnswerOK;
 }
 
@@ -86,6 +91,14 @@ bool KeepNewerFile(const Str& fileName) {
   return true;
 }
 
+// A base name with a tilde in the place of its first character, which may have two bytes.
+Str TildeName(Str name) {
+  if (name.IsEmpty()) return "~";
+  if (name.Length() > 1 && IsAnsiLeadByte(static_cast<unsigned char>(name.Chars()[0]))) name.Delete(0, 1);
+  name.SetAt(0, '~');
+  return name;
+}
+
 // The file that waits for the restart. It must lie on the destination's volume, or it could not be moved
 // then.
 bool MakeRestartPath(const FSPath& outfile, Str& tempPath) {
@@ -93,11 +106,7 @@ bool MakeRestartPath(const FSPath& outfile, Str& tempPath) {
   if (folder.IsEmpty() ||
       FSPath(folder).Components(FSPath::compVolume).ICompare(outfile.Components(FSPath::compVolume)) != 0)
     folder = outfile.Parent();
-  Str name = outfile.BaseName();
-  if (name.IsEmpty())
-    name = "~";
-  else
-    name.SetAt(0, '~');
+  const Str name = TildeName(outfile.BaseName());
   Str ext;
   outfile.GetExtension(ext);
   return VT_ASSERT(FS::GetUniqueName(JoinPath(folder, name), ext, tempPath),

@@ -1,8 +1,10 @@
 #include "script/langchoice.h"
 
+#include "base/string.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
 #include "platform/fspath.h"
+#include "platform/pathparts.h"
 #include "stores/ini.h"
 #include "stores/register.h"
 #include "ui/langlist.h"
@@ -30,7 +32,7 @@ bool RecordLanguage(const Str& text) {
 Str LibraryPattern(const char* given) {
   Str text(given);
   AppVars().Expand(text);
-  if (text.FindLast('\\') >= 0) return text;
+  if (PathText::FindBackslash(text.View(), 0, IsAnsiLeadByte) != PathText::kNone) return text;
   Str path = AppGetExpanded("CurrDir");
   path += '\\';
   path.Append(text);

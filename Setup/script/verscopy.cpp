@@ -200,7 +200,8 @@ uint32_t InstallInto(const VersionApi& api, bool force, CopyJob& job) {
 bool IsCompressedName(const char* path) {
   Str extension;
   FSPath(FSPath(path).FileName()).GetExtension(extension);
-  return extension.Find('#') >= 0 || extension.Find('_') >= 0;
+  return PathText::FindCharacter(extension.View(), '#', 0, IsAnsiLeadByte) != PathText::kNone ||
+         PathText::FindCharacter(extension.View(), '_', 0, IsAnsiLeadByte) != PathText::kNone;
 }
 
 uint32_t StatusOfInstall(uint32_t installCodes, bool destWritable) {

@@ -15,6 +15,12 @@ bool JapaneseLead(unsigned char byte) {
 // One character whose second byte has the backslash's code.
 constexpr char kHyo[] = "\x95\x5C";
 
+TEST(PathPartsFind, SecondBytesAreNoCharacters) {
+  EXPECT_EQ(FindCharacter("a\x83\x5F_b", '_', 0, JapaneseLead), 3u);
+  EXPECT_EQ(FindCharacter("a\x83\x5F", '_', 0, JapaneseLead), kNone);
+  EXPECT_EQ(FindCharacter("a_b_", '_', 2, nullptr), 3u);
+}
+
 TEST(PathPartsSplit, DrivePath) {
   const Parts parts = Split("C:\\a\\b\\name.tar.gz", nullptr);
   EXPECT_EQ(parts.volume, "C:");

@@ -303,6 +303,13 @@ TEST_F(FileCopy, AMissingSourceOfSeveralDisksIsAskedForOnceInASilentRun) {
   EXPECT_TRUE(Holds(log, ": [OK]\n"));
 }
 
+TEST_F(FileCopy, ASourceListedTwiceIsAskedForOnTheDiskOfItsDestination) {
+  AddFile("first", mDir.Join("other").c_str(), Dist("gone").c_str(), 1, 1, false);
+  AddFile("second", mDir.Join("other").c_str(), Dist("gone").c_str(), 3, 1, false);
+  EXPECT_FALSE(CopyOneFile(Dist("gone").c_str(), mDir.Join("other\\Second").c_str()));
+  EXPECT_TRUE(Holds(Log(), "Ins\xe9rez le DISQUE 3 dans le lecteur"));
+}
+
 TEST_F(FileCopy, TheUserIsAskedForTheDiskAsLongAsHeSaysOk) {
   BeInteractive();
   AddFile("late", mDir.Join("other").c_str(), Dist("late").c_str(), 2, 1, false);

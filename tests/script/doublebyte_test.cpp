@@ -7,6 +7,7 @@
 #include "script/fullpath.h"
 #include "script/leftovers.h"
 #include "script/setupinf.h"
+#include "script/verscopy.h"
 
 namespace {
 
@@ -50,6 +51,11 @@ TEST_F(DoubleByte, AKeyMayEndInACharacterWithABackslashsCode) {
 TEST_F(DoubleByte, ATildeBehindACharacterWithABackslashsCodeMarksNoTemporaryFile) {
   EXPECT_FALSE(IsOwnTempPath("C:\\" TABLE "~a.dll", IsAnsiLeadByte));
   EXPECT_TRUE(IsOwnTempPath("C:\\" TABLE "\\~a.dll", IsAnsiLeadByte));
+}
+
+TEST_F(DoubleByte, ASecondHalfThatLooksLikeAnUnderlineMarksNoCompressedFile) {
+  EXPECT_FALSE(IsCompressedName("C:\\a.\x83\x5F"));
+  EXPECT_TRUE(IsCompressedName("C:\\a.\x83\x5F_"));
 }
 
 }  // namespace

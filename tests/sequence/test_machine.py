@@ -293,6 +293,20 @@ class JapaneseSystem(OtherLanguage):
                 self.assertEqual(self.setup("-Q", "-R", folder=folder).code, 0, self.log())
                 self.assertTrue(benchlib.wait_until(lambda: self.prefix.tree(folder) == []), self.prefix.tree(folder))
 
+    def test_held_file_whose_name_begins_with_a_backslash_byte(self):
+        names = ("\u30bd.txt", "\u8868\u793a.txt", "\u30bd")
+        self.distribution({name: b"new" for name in names}, encoding="cp932")
+        for name in names:
+            self.prefix.write("C:\\dest\\" + name, b"old")
+            holder = self.prefix.start_helper("hold_file", "C:\\dest\\" + name, "none")
+            self.assertTrue(benchlib.wait_until(lambda: b"ready" in holder.output))
+        self.assertEqual(self.setup("-Q", "-D", r"C:\dest").code, 0, self.log())
+        self.assertEqual(self.prefix.tree(r"C:\dest"), sorted(["VT6.QLC", "~", "~.txt", "~\u793a.txt", *names]))
+        self.prefix.restart()
+        self.assertEqual(self.prefix.tree(r"C:\dest"), sorted(["VT6.QLC", *names]))
+        for name in names:
+            self.assertEqual(self.prefix.read("C:\\dest\\" + name), b"new", name)
+
 
 if __name__ == "__main__":
     unittest.main()
