@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "base/assert.h"
+#include "base/handle.h"
+#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "platform/WinRegistry.h"
@@ -15,7 +17,7 @@
 namespace {
 
 constexpr uint32_t kMaxQuery = 1024;   // bytes of a value that are read
-constexpr uint32_t kMaxKeyName = 512;  // bytes, terminator included
+constexpr uint32_t kMaxKeyName = 512;  // characters, terminator included
 
 const char* TextOf(const char* text) { return text != nullptr ? text : ""; }
 
@@ -49,12 +51,27 @@ bool IsEmptySubKey(const char* subKey) {
 }
 
 // Name of the first subkey.
-bool FirstSubKey(HKEY key, std::string& name) {
-  char buffer[kMaxKeyName];
-  DWORD size = sizeof(buffer);
-  if (RegEnumKeyExA(key, 0, buffer, &size, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) return false;
+bool FirstSubKey(HKEY key, WStr& name) {
+  wchar_t buffer[kMaxKeyName];
+  DWORD size = kMaxKeyName;
+  if (RegEnumKeyExW(key, 0, buffer, &size, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) return false;
   name = buffer;
   return true;
+}
+
+// Deletes a key with all below it and counts the keys that stay; `unopened` is the count for a key that cannot
+// be opened. Names are wide: one that the code page cannot hold would read as that of a key that is not there.
+int32_t DeleteTree(HKEY key, const wchar_t* subKey, int32_t unopened) {
+  KeyHandle opened;
+  if (RegOpenKeyExW(key, subKey, 0, DELETE | KEY_ENUMERATE_SUB_KEYS, opened.Put()) != ERROR_SUCCESS)
+    return unopened;
+  int32_t failures = 0;
+  WStr child;
+  // A child that stays, be it only that it does not open, would be met again and again.
+  while (failures == 0 && FirstSubKey(opened.Get(), child)) failures += DeleteTree(opened.Get(), child, 1);
+  opened.Reset();
+  if (RegDeleteKeyW(key, subKey) != ERROR_SUCCESS) ++failures;
+  return failures;
 }
 
 }  // namespace
@@ -139,16 +156,9 @@ bool RegDeleteSubKeyValue(HKEY key, const char* subKey, const char* valueName) {
 
 int32_t RegDeleteKeyTree(HKEY key, const char* subKey) {
   if (IsEmptySubKey(TextOf(subKey))) return 1;
-  RegKey opened;
-  if (opened.Open(key, subKey, DELETE | KEY_ENUMERATE_SUB_KEYS) != ERROR_SUCCESS) return 0;
-  int32_t failures = 0;
-  std::string child;
-  // A child that stays would be met again and again.
-  while (failures == 0 && FirstSubKey(opened.Get(), child))
-    failures += RegDeleteKeyTree(opened.Get(), child.c_str());
-  opened.Close();
-  if (RegDeleteKeyA(key, subKey) != ERROR_SUCCESS) ++failures;
-  return failures;
+  WStr wideSubKey;
+  wideSubKey = subKey;
+  return DeleteTree(key, wideSubKey, 0);
 }
 
 HKEY RootKeyFromName(const char* text) {

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "base/handle.h"
 #include "messages/app_vars.h"
 #include "support/assert_recorder.h"
 #include "support/import_double.h"
@@ -21,9 +22,16 @@ constexpr char kStore[] = "REG*HKEY_CURRENT_USER\\Software\\VTTestRegister";
 LSTATUS WINAPI FailingSet(HKEY, LPCSTR, DWORD, DWORD, const BYTE*, DWORD) { return ERROR_ACCESS_DENIED; }
 
 // Deletes every key but "deep" and those that hold others.
-decltype(&RegDeleteKeyA) sOriginalDelete = nullptr;
-LSTATUS WINAPI FailingDelete(HKEY key, LPCSTR name) {
-  return std::string(name) == "deep" ? ERROR_ACCESS_DENIED : sOriginalDelete(key, name);
+decltype(&RegDeleteKeyW) sOriginalDelete = nullptr;
+LSTATUS WINAPI FailingDelete(HKEY key, LPCWSTR name) {
+  return std::wstring(name) == L"deep" ? ERROR_ACCESS_DENIED : sOriginalDelete(key, name);
+}
+
+// Opens every key but "shut".
+decltype(&RegOpenKeyExW) sOriginalOpen = nullptr;
+LSTATUS WINAPI FailingOpen(HKEY key, LPCWSTR name, DWORD options, REGSAM access, PHKEY opened) {
+  return std::wstring(name) == L"shut" ? ERROR_ACCESS_DENIED
+                                       : sOriginalOpen(key, name, options, access, opened);
 }
 
 class RegisterTest : public AppVarsTest {
@@ -311,13 +319,36 @@ TEST_F(RegisterTest, EmptySubkeyIsNeverDeleted) {
 TEST_F(RegisterTest, KeyThatStaysEndsTheWalkAndIsCounted) {
   for (const char* name : {"a\\one", "a\\two\\deep", "a\\zzz"})
     SetRegistryString(HKEY_CURRENT_USER, Sub(name), "name", "text");
-  const ImportDouble deleting("RegDeleteKeyA", reinterpret_cast<void*>(&FailingDelete));
-  sOriginalDelete = reinterpret_cast<decltype(&RegDeleteKeyA)>(deleting.Original());
+  const ImportDouble deleting("RegDeleteKeyW", reinterpret_cast<void*>(&FailingDelete));
+  sOriginalDelete = reinterpret_cast<decltype(&RegDeleteKeyW)>(deleting.Original());
   // "deep" stays; so do "two" and "a" above it, and "zzz" is not reached any more.
   EXPECT_EQ(RegDeleteKeyTree(HKEY_CURRENT_USER, Sub("a").c_str()), 3);
   EXPECT_FALSE(RegistryKeyExists(HKEY_CURRENT_USER, Sub("a\\one")));
   EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, Sub("a\\two\\deep")));
   EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, Sub("a\\zzz")));
+}
+
+TEST_F(RegisterTest, KeyThatCannotBeOpenedEndsTheWalkAndIsCounted) {
+  for (const char* name : {"a\\one", "a\\shut\\x", "a\\zzz"})
+    SetRegistryString(HKEY_CURRENT_USER, Sub(name), "name", "text");
+  const ImportDouble opening("RegOpenKeyExW", reinterpret_cast<void*>(&FailingOpen));
+  sOriginalOpen = reinterpret_cast<decltype(&RegOpenKeyExW)>(opening.Original());
+  EXPECT_EQ(RegDeleteKeyTree(HKEY_CURRENT_USER, Sub("a").c_str()), 2);  // "shut" and "a" above it
+  EXPECT_FALSE(RegistryKeyExists(HKEY_CURRENT_USER, Sub("a\\one")));
+  EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, Sub("a\\shut\\x")));
+  EXPECT_TRUE(RegistryKeyExists(HKEY_CURRENT_USER, Sub("a\\zzz")));
+}
+
+TEST_F(RegisterTest, KeysWithNamesOfOtherScriptsAreDeleted) {
+  SetRegistryString(HKEY_CURRENT_USER, Sub("a"), "name", "text");
+  for (const wchar_t* name : {L"Software\\VTTestRegister\\a\\\u65e5\u672c\\deep",
+                              L"Software\\VTTestRegister\\a\\\u0416"}) {
+    KeyHandle key;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_WRITE, nullptr, key.Put(), nullptr),
+              ERROR_SUCCESS);
+  }
+  EXPECT_EQ(RegDeleteKeyTree(HKEY_CURRENT_USER, Sub("a").c_str()), 0);
+  EXPECT_FALSE(RegistryKeyExists(HKEY_CURRENT_USER, Sub("a")));
 }
 
 TEST_F(RegisterTest, DeepTreesAreDeleted) {
