@@ -191,7 +191,7 @@ void CleanForeignAssociation(const Str& extension, const Str& typeName) {
   Str type;
   if (typeName.IsEmpty() ||
       RegValueContains(HKEY_CLASSES_ROOT, WithDot(extension), "", typeName, &type) != kRegOther ||
-      type.IsEmpty())
+      Str::IFind(type, typeName) != nullptr)  // written in other letters it is the product's own all the same
     return;
   Str searchStr;
   if (!GetProgramName(searchStr, "AppGetVariable(\"AppProgName\",searchStr)")) return;

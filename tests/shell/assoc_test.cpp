@@ -399,6 +399,7 @@ TEST_F(OthersTest, TheDotIsSuppliedAndQuotesAreTaken) {
 TEST_F(OthersTest, TheProductsOwnTypeIsLeftAlone) {
   EXPECT_EQ(Task("clean_others_ext_reg", ".vttest,VtOther.File"), "");
   EXPECT_EQ(Task("clean_others_ext_reg", ".vttest,Other"), "");
+  EXPECT_EQ(Task("clean_others_ext_reg", ".vttest,VTOTHER.FILE"), "");
   EXPECT_TRUE(IsOpenKeyThere());
 }
 
