@@ -341,8 +341,8 @@ TEST_F(RegisterTest, KeyThatCannotBeOpenedEndsTheWalkAndIsCounted) {
 
 TEST_F(RegisterTest, KeysWithNamesOfOtherScriptsAreDeleted) {
   SetRegistryString(HKEY_CURRENT_USER, Sub("a"), "name", "text");
-  for (const wchar_t* name : {L"Software\\VTTestRegister\\a\\\u65e5\u672c\\deep",
-                              L"Software\\VTTestRegister\\a\\\u0416"}) {
+  for (const wchar_t* name :
+       {L"Software\\VTTestRegister\\a\\\u65e5\u672c\\deep", L"Software\\VTTestRegister\\a\\\u0416"}) {
     KeyHandle key;
     ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_WRITE, nullptr, key.Put(), nullptr),
               ERROR_SUCCESS);
