@@ -20,12 +20,15 @@ constexpr std::string_view kBlanks = " \t";
 
 constexpr bool IsBlank(char ch) { return ch == ' ' || ch == '\t'; }
 
-constexpr std::string_view SkipBlanks(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
+// White space: what Str::Trim takes off.
+constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
+
+constexpr std::string_view SkipBlanks(std::string_view text, std::string_view blanks = kBlanks) {
+  return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
 }
 
 // Without blanks at either end.
-constexpr std::string_view TrimBlanks(std::string_view text) {
-  text = SkipBlanks(text);
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);  // npos + 1 is 0
+constexpr std::string_view TrimBlanks(std::string_view text, std::string_view blanks = kBlanks) {
+  text = SkipBlanks(text, blanks);
+  return text.substr(0, text.find_last_not_of(blanks) + 1);  // npos + 1 is 0
 }

@@ -165,10 +165,9 @@ bool RegistryFontPath(const char* regFile, Str& path) {
   if (!VT_ASSERT(isFot || ext.ICompare(".TTF") == 0, "Unknown font type.")) return false;
   if (file.IsFullPath()) {
     path = file.Path();
-  } else if (isFot) {
-    path = JoinPath(JoinPath(AppGetExpanded("WinDir"), "System"), file);
   } else {
-    path = Message("<TTSysDir>\\<RegFile>").With("RegFile", file).Text();
+    const Str folder = isFot ? JoinPath(AppGetExpanded("WinDir"), "System") : AppGetExpanded("TTSysDir");
+    path = JoinPath(folder, file);
   }
   return true;
 }

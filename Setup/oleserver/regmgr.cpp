@@ -245,7 +245,7 @@ bool COLEEquationReg::GetPreferencePath(Str& path) const {
   if (server.own && server.version < 3) return false;
   Str appKey;
   appKey.SetSubstring(progId, progId.Find('.') + 1, -1);
-  path = Message("<Root>\\Quorvale\\<AppKey>\\Preferences")
+  path = Message("<Root>\\Quorvale\\<AppKey>\\Preferences", kTemplateLiteral)
              .With("Root", "REG*HKEY_CURRENT_USER\\Software")
              .With("AppKey", appKey)
              .Text();

@@ -10,7 +10,7 @@ std::string_view TakeQuoted(std::string_view& text) {
   text.remove_prefix(text.find('"') + 1);
   const size_t close = text.find('"');
   const std::string_view field = text.substr(0, close);
-  text = SkipBlanks(text.substr(close == std::string_view::npos ? text.size() : close + 1));
+  text = SkipBlanks(text.substr(close == std::string_view::npos ? text.size() : close + 1), kWhiteSpace);
   return field;
 }
 
@@ -18,11 +18,11 @@ std::string_view TakeQuoted(std::string_view& text) {
 
 std::vector<std::string> SplitArgs(std::string_view text, bool quotedFirst) {
   std::vector<std::string> fields;
-  if (quotedFirst && SkipBlanks(text).starts_with('"')) fields.emplace_back(TakeQuoted(text));
+  if (quotedFirst && SkipBlanks(text, kWhiteSpace).starts_with('"')) fields.emplace_back(TakeQuoted(text));
   while (!text.empty()) {
     const size_t comma = text.find(',');
     const std::string_view field = text.substr(0, comma);
-    if (!field.empty()) fields.emplace_back(TrimBlanks(field));
+    if (!field.empty()) fields.emplace_back(TrimBlanks(field, kWhiteSpace));
     text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
   }
   return fields;

@@ -123,6 +123,13 @@ TEST_F(FontList, ABareNameLiesInTheFontFolder) {
   Str path;
   EXPECT_TRUE(RegistryFontPath("vt.TTF", path));
   EXPECT_EQ(path.Chars(), InFonts("vt.TTF"));
+  // No variable of a script leads to another file.
+  AppSetVariable("RegFile", "other.ttf");
+  EXPECT_TRUE(RegistryFontPath("vt.ttf", path));
+  EXPECT_EQ(path.Chars(), InFonts("vt.ttf"));
+  AppSetVariable("TTSysDir", (mFonts + "\\").c_str());
+  EXPECT_TRUE(RegistryFontPath("vt.ttf", path));
+  EXPECT_EQ(path.Chars(), InFonts("vt.ttf"));
 }
 
 TEST_F(FontList, AFullPathStays) {

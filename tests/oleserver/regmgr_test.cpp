@@ -429,6 +429,10 @@ TEST_F(ServerTest, PreferencesOfLaterOnesLieInTheRegistry) {
   EXPECT_EQ(PreferencesOf(kClassA), "REG*HKEY_CURRENT_USER\\Software\\Quorvale\\KVRX4\\Preferences");
   EXPECT_EQ(PreferencesOf(kClassB), "REG*HKEY_CURRENT_USER\\Software\\Quorvale\\ABCD2\\Preferences");
   EXPECT_EQ(PreferencesOf(kClassC), "REG*HKEY_CURRENT_USER\\Software\\Quorvale\\5\\Preferences");
+  // No variable of a script leads to another store.
+  AppSetVariable("AppKey", "KVRX9");
+  AppSetVariable("Root", "REG*HKEY_LOCAL_MACHINE\\Software");
+  EXPECT_EQ(PreferencesOf(kClassA), "REG*HKEY_CURRENT_USER\\Software\\Quorvale\\KVRX4\\Preferences");
 }
 
 }  // namespace

@@ -22,6 +22,12 @@ TEST(SplitArgs, FieldsAreTrimmedAfterSplitting) {
   EXPECT_EQ(SplitArgs(" a ,\tb\t, c d ", false), (Fields{"a", "b", "c d"}));
 }
 
+TEST(SplitArgs, AllWhiteSpaceIsTrimmed) {
+  EXPECT_EQ(SplitArgs("\v\fa\v\f,\r\nb\r\n", false), (Fields{"a", "b"}));
+  EXPECT_EQ(SplitArgs("\v\"a\"\f,b", true), (Fields{"a", "b"}));
+  EXPECT_EQ(SplitArgs("a\xA0,b", false), (Fields{"a\xA0", "b"}));
+}
+
 TEST(SplitArgs, AFieldOfBlanksIsPresentAndEmpty) {
   EXPECT_EQ(SplitArgs("Name,Desc,Path, ,Icon,0", false), (Fields{"Name", "Desc", "Path", "", "Icon", "0"}));
 }
