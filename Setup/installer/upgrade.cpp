@@ -128,7 +128,10 @@ class KeptFile {
     mRenamed = Rename("Renaming <Original> to <Temp>", mOriginal, mTemporary);
   }
   void PutBack() {
-    if (mRenamed) Rename("Renaming <Temp> to <Original>", mTemporary, mOriginal);
+    if (!mRenamed) return;
+    // What the old setup left in its place holds nothing of the user's.
+    if (FS::Exists(mOriginal)) FS::Delete(mOriginal);
+    Rename("Renaming <Temp> to <Original>", mTemporary, mOriginal);
     mRenamed = false;
   }
 

@@ -3,6 +3,7 @@
 //   OLD_SETUP_WINDOW   shows a window of class VTInstallWin for so many milliseconds
 //   OLD_SETUP_KEY      key below HKEY_CURRENT_USER that it deletes with its values
 //   OLD_SETUP_FILES    files that it deletes, separated by "|"
+//   OLD_SETUP_NEW      file that it writes afterwards, with the text "new"
 //   OLD_SETUP_BATCH    batch file that it writes and starts to delete its own program file
 //   OLD_SETUP_EXIT     its exit code
 #include <windows.h>
@@ -52,6 +53,14 @@ void DeleteFiles(std::string list) {
   }
 }
 
+void WriteNew(const std::string& path) {
+  if (path.empty()) return;
+  if (FILE* file = fopen(path.c_str(), "wb")) {
+    fputs("new", file);
+    fclose(file);
+  }
+}
+
 void StartBatch(const std::string& path) {
   char self[MAX_PATH] = "";
   GetModuleFileNameA(nullptr, self, MAX_PATH);
@@ -80,6 +89,7 @@ int main() {
   const std::string key = Setting("OLD_SETUP_KEY");
   if (!key.empty()) RegDeleteKeyA(HKEY_CURRENT_USER, key.c_str());
   DeleteFiles(Setting("OLD_SETUP_FILES"));
+  WriteNew(Setting("OLD_SETUP_NEW"));
   const std::string batch = Setting("OLD_SETUP_BATCH");
   if (!batch.empty()) StartBatch(batch);
   Log("done");

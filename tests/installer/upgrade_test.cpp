@@ -229,6 +229,17 @@ TEST_F(UpgradeTest, Version4FilesSurvive) {
                        fontTemp + " to " + fontInfo + "\r\nRenaming " + htmlTemp + " to " + html + "\r\n");
 }
 
+TEST_F(UpgradeTest, KeptFileReplacesWhatTheOldSetupLeftInItsPlace) {
+  InstallOld(4);
+  const std::string html = mWindows + "\\vthtml.ini";
+  WriteWholeFile(html, "html");
+  const EnvironmentGuard left("OLD_SETUP_NEW", html);
+  EXPECT_TRUE(RemoveEarlierVersion(4));
+  EXPECT_EQ(ReadWholeFile(html), "html");
+  EXPECT_FALSE(PathExists(mWindows + "\\vthtml.tmp"));
+  EXPECT_EQ(Log().find("##ERROR"), std::string::npos) << Log();
+}
+
 TEST_F(UpgradeTest, StaleTemporaryFileGivesWayToTheOriginal) {
   InstallOld(4);
   WriteWholeFile(mWindows + "\\vthtml.ini", "original");
