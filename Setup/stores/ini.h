@@ -47,7 +47,7 @@ bool IniSetSection(IniStore* ini, const char* section, MemHandle block);
 // The first or next key whose name begins with `prefix` (null: any); `value` may be null.
 bool IniNextKey(IniStore* ini, bool first, const char* prefix, Str& key, Str* value);
 // As IniNextKey without prefix, but also yields every other non-empty, non-comment line (the trimmed line as
-// key, the value empty), and joins a long line's pieces. For scripts.
+// key, the value empty), cuts a key that is too long, and joins a long line's pieces. For scripts.
 bool IniNextLine(IniStore* ini, bool first, Str& key, Str& value);
 // Steps over the section's first `count` lines (those that IniNextLine gives), so that the next one it gives
 // is line `count`, counted from 0; false when the section has fewer. Costs the same for any count.

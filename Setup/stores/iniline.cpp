@@ -52,14 +52,16 @@ bool ParseIniHeader(std::string_view line, const IniRules& rules, std::string_vi
   return true;
 }
 
-bool ParseIniKeyLine(std::string_view line, std::string_view& key, std::string_view& value) {
+bool SplitIniLine(std::string_view line, std::string_view& key, std::string_view& value) {
   const size_t sign = line.find('=');
   if (sign == std::string_view::npos || IsIniComment(line)) return false;
-  const std::string_view name = TrimBlanks(line.substr(0, sign));
-  if (name.size() > kIniMaxLine) return false;
-  key = name;
+  key = TrimBlanks(line.substr(0, sign));
   value = TrimBlanks(line.substr(sign + 1));
   return true;
+}
+
+bool ParseIniKeyLine(std::string_view line, std::string_view& key, std::string_view& value) {
+  return SplitIniLine(line, key, value) && key.size() <= kIniMaxLine;
 }
 
 int32_t ParseIniNumber(std::string_view text) {

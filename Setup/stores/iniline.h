@@ -28,7 +28,9 @@ std::string_view UpToLineEnd(std::string_view text);
 bool IsIniComment(std::string_view line);
 // "[name]", blanks around the brackets and around the name left out. False for any other line.
 [[nodiscard]] bool ParseIniHeader(std::string_view line, const IniRules& rules, std::string_view& name);
-// key=value, neither a comment nor with a key of more than kIniMaxLine characters. The value is not cut.
+// key=value, not a comment; blanks around both left out. Neither is cut.
+[[nodiscard]] bool SplitIniLine(std::string_view line, std::string_view& key, std::string_view& value);
+// The same; a key of more than kIniMaxLine characters makes the line none.
 [[nodiscard]] bool ParseIniKeyLine(std::string_view line, std::string_view& key, std::string_view& value);
 
 // A decimal number as far as it goes: blanks and a sign may stand before it, anything behind it; limited to

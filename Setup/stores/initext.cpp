@@ -160,13 +160,13 @@ void IniText::SetSectionText(std::string text) {
   mNamesValid = false;
 }
 
-// Key and value of a line; a line without "=" is all key.
+// Key and value of a line, each cut to what a reader holds; a line without "=" is all key.
 void IniText::ReadLine(int32_t line, std::string& key, std::string& value) {
   std::string joined;
   const std::string_view text = Here().WholeLine(line, joined);
   std::string_view keyPart = TrimBlanks(text);
   std::string_view valuePart;
-  if (!ParseIniKeyLine(text, keyPart, valuePart)) valuePart = {};
+  if (!SplitIniLine(text, keyPart, valuePart)) valuePart = {};
   key = CutValue(keyPart);
   value = CutValue(valuePart);
   mLine = line;

@@ -351,6 +351,13 @@ TEST_F(SetupInf, ALongValueIsReadAsItsFirst511Characters) {
   EXPECT_EQ(gCalls[1], "var B|2");
 }
 
+TEST_F(SetupInf, ALongKeyIsReadAsItsFirst511CharactersAndKeepsItsValue) {
+  OpenScript("[main]\n" + std::string(600, 'k') + "=v\n+" + std::string(600, 'r') + "=data\nB=2\n");
+  EXPECT_EQ(RunMain(), kInfOK);
+  EXPECT_EQ(gCalls, (Calls{"var " + std::string(511, 'k') + "|v", "reg +" + std::string(510, 'r') + "|data",
+                           "var B|2"}));
+}
+
 TEST_F(SetupInf, ProcessLineCutsItsTextsAt511Characters) {
   OpenScript("[main]\n");
   EXPECT_EQ(Script().ProcessLine(std::string(600, 'k').c_str(), std::string(600, 'v').c_str(), kAll, nullptr),

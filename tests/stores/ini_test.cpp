@@ -769,9 +769,22 @@ TEST(IniLongLines, KeyOfMoreThan511CharactersIsNoKey) {
   Str key;
   Str value;
   IniFindSection(ini.get(), "A");
+  EXPECT_FALSE(IniNextKey(ini.get(), true, nullptr, key, &value));
+}
+
+TEST(IniLongLines, KeyOfMoreThan511CharactersIsCutInAScript) {
+  const TempDir dir;
+  const std::string path = dir.Write("a.ini", "[A]\n" + std::string(600, 'k') + " = v \nn=1\n");
+  const IniStorePtr ini = IniOpen(path.c_str(), true);
+  ASSERT_NE(ini, nullptr);
+  Str key;
+  Str value;
+  IniFindSection(ini.get(), "A");
   EXPECT_TRUE(IniNextLine(ini.get(), true, key, value));
   EXPECT_EQ(key.View(), std::string(511, 'k'));
-  EXPECT_EQ(value, "");
+  EXPECT_EQ(value, "v");
+  EXPECT_TRUE(IniNextLine(ini.get(), false, key, value));
+  EXPECT_EQ(key, "n");
 }
 
 TEST(IniLongLines, ReplacingOneTakesItsTailAlong) {
