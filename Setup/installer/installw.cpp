@@ -42,6 +42,8 @@ void PaintTitle(HDC dc, const RECT& client) {
 }
 
 LRESULT CALLBACK BackgroundProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  // The window goes when the run has ended: closed before, it would take the dialogs that it owns along.
+  if (message == WM_CLOSE) return 0;
   if (message != WM_PAINT) return DefWindowProcA(window, message, wParam, lParam);
   PAINTSTRUCT paint;
   const HDC dc = BeginPaint(window, &paint);

@@ -49,6 +49,18 @@ TEST_F(BackgroundWindow, ShownMaximisedAndPainted) {
   DestroyBackgroundWindow();
 }
 
+TEST_F(BackgroundWindow, ClosingItDoesNothing) {
+  ASSERT_TRUE(CreateBackgroundWindow(GetModuleHandleA(nullptr)));
+  const HWND window = MainWindow();
+  ShowBackgroundWindow();
+  SendMessageA(window, WM_CLOSE, 0, 0);
+  SendMessageA(window, WM_SYSCOMMAND, SC_CLOSE, 0);
+  EXPECT_TRUE(IsWindow(window));
+  EXPECT_TRUE(IsWindowVisible(window));
+  DestroyBackgroundWindow();
+  EXPECT_FALSE(IsWindow(window));
+}
+
 TEST_F(BackgroundWindow, DestroyingNothingAsserts) {
   AssertRecorder recorder;
   DestroyBackgroundWindow();
