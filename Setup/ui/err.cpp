@@ -61,8 +61,28 @@ HWND BoxOwner() {
   return isOurs && IsWindowVisible(popup) ? popup : mainWindow;
 }
 
+// A box with an owner disables that window alone; this disables the main window too, when the owner is a
+// dialog above it, until the box is gone.
+class MainWindowBlock {
+ public:
+  explicit MainWindowBlock(HWND owner) : mWindow(owner == MainWindow() ? nullptr : MainWindow()) {
+    const bool wasDisabled = mWindow && EnableWindow(mWindow, FALSE);
+    if (wasDisabled) mWindow = nullptr;
+  }
+  MainWindowBlock(const MainWindowBlock&) = delete;
+  MainWindowBlock& operator=(const MainWindowBlock&) = delete;
+  ~MainWindowBlock() {
+    if (mWindow) EnableWindow(mWindow, TRUE);
+  }
+
+ private:
+  HWND mWindow;
+};
+
 int32_t Box(const char* text, const Str& title, UINT style) {
-  return MessageBoxA(BoxOwner(), text, title, style | MB_TASKMODAL);
+  const HWND owner = BoxOwner();
+  const MainWindowBlock block(owner);
+  return MessageBoxA(owner, text, title, style | MB_TASKMODAL);
 }
 
 void ShowBox(const char* given, const Str& title, UINT icon) {
@@ -167,7 +187,9 @@ int32_t AskYesToAll(const char* given) {
   const char* text = CheckedText(given);
   INT_PTR irtn = kAnswerYes;
   if (!Run().IsQuiet()) {
-    irtn = RunDialog(IDD_YESTOALL, BoxOwner(), YesToAllProc, reinterpret_cast<LPARAM>(text));
+    const HWND owner = BoxOwner();
+    const MainWindowBlock block(owner);
+    irtn = RunDialog(IDD_YESTOALL, owner, YesToAllProc, reinterpret_cast<LPARAM>(text));
     VT_ASSERT(irtn != -1, "irtn != -1");
   }
   LogAnswer(text, YesToAllName(irtn));

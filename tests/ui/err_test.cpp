@@ -222,6 +222,35 @@ TEST_F(ErrTest, BoxBlocksTheDialogAboveTheMainWindow) {
   EXPECT_TRUE(IsWindowEnabled(dialog));
 }
 
+TEST_F(ErrTest, BoxAboveADialogBlocksTheMainWindowToo) {
+  SetTitles();
+  TestWindow main("Fond");
+  SetMainWindow(main.Get());
+  WindowHandle dialog(CreateModelessDialog(IDD_NEWFOLDER, main.Get(), IgnoreAll, 0));
+  ShowWindow(dialog.Get(), SW_SHOW);
+  SetForegroundWindow(dialog.Get());
+  SetActiveWindow(dialog.Get());
+  const auto isBlocked = [&](const char* caption, int button, const auto& show) {
+    bool blocked = false;
+    {
+      Answerer answerer(caption, [&](HWND box) {
+        blocked = !IsWindowEnabled(main.Get()) && !IsWindowEnabled(dialog.Get());
+        Press(box, button);
+      });
+      show();
+    }
+    return blocked;
+  };
+  EXPECT_TRUE(isBlocked(kErrorCaption, IDOK, [] { ShowError("x"); }));
+  EXPECT_TRUE(IsWindowEnabled(main.Get()));
+  EXPECT_TRUE(isBlocked(kSetup, kAnswerYes, [] { AskYesToAll("x"); }));
+  EXPECT_TRUE(IsWindowEnabled(main.Get()));
+  // Disabled before, it stays so.
+  EnableWindow(main.Get(), FALSE);
+  EXPECT_TRUE(isBlocked(kErrorCaption, IDOK, [] { ShowError("x"); }));
+  EXPECT_FALSE(IsWindowEnabled(main.Get()));
+}
+
 TEST_F(ErrTest, BoxesBlockTheOtherWindows) {
   SetTitles();
   TestWindow other("Autre");
