@@ -306,7 +306,6 @@ int App::Main(HINSTANCE instance, const char* commandLine) {
 
 void App::CleanUp() {
   CloseProgressWindow();
-  CloseProgressReporting();
   CloseHelp();
   Script().Close();
   FreeLanguageLibrary();

@@ -20,8 +20,6 @@ constexpr int32_t kCleared = -1;
 struct ProgressState {
   WindowHandle window;
   int32_t percent = kCleared;
-  RegKey key;                         // the machine store's key, open from the first value written on
-  int32_t writtenPercent = kCleared;  // what stands in the registry
 };
 
 ProgressState& State() {
@@ -29,26 +27,19 @@ ProgressState& State() {
   return state;
 }
 
-// Opens (or creates) the key that MachRegKey names. A store that is a file, or a bare root, takes no progress
-// values.
-HKEY ReportKey() {
-  RegKey& key = State().key;
-  if (key) return key.Get();
+// While installing only, as a value of the key that MachRegKey names. A store that is a file, or a bare root,
+// takes none. The key is looked for each time: the script may delete it or name another one in between. A
+// failure is of no interest: whoever follows the progress sees none.
+void Report(const char* name, const char* text) {
+  if (!Run().install) return;
   HKEY root = nullptr;
   Str subKey;
   const Str path = AppGetExpanded("MachRegKey");
-  if (path.IsEmpty() || !IniParsePath(path, root, subKey) || !root || subKey.IsEmpty()) return nullptr;
-  if (key.Create(root, subKey, KEY_SET_VALUE) != ERROR_SUCCESS) return nullptr;
-  return key.Get();
-}
-
-// While installing only. A failure is of no interest: whoever follows the progress sees none.
-bool Report(const char* name, const char* text) {
-  if (!Run().install) return false;
-  const HKEY key = ReportKey();
-  if (!key) return false;
+  if (path.IsEmpty() || !IniParsePath(path, root, subKey) || !root || subKey.IsEmpty()) return;
+  RegKey key;
+  if (key.Create(root, subKey, KEY_SET_VALUE) != ERROR_SUCCESS) return;
   const DWORD size = static_cast<DWORD>(Str::Length(text)) + 1;
-  return RegSetValueExA(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), size) == ERROR_SUCCESS;
+  RegSetValueExA(key.Get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), size);
 }
 
 void RedrawMeter() {
@@ -138,22 +129,14 @@ void SetProgressText(const char* text) {
 
 void SetPercentage(int32_t percent) {
   if (AppGetExpanded("no_prog_meter") == "1") return;
-  ProgressState& state = State();
-  state.percent = percent;
-  if (percent >= 0 && percent != state.writtenPercent &&
-      Report("SetupPercent", Message("<Percent:d>", kTemplateLiteral).With("Percent", percent)))
-    state.writtenPercent = percent;
+  State().percent = percent;
+  if (percent >= 0) Report("SetupPercent", Message("<Percent:d>", kTemplateLiteral).With("Percent", percent));
   RedrawMeter();
 }
 
 void ClearMeter() {
   State().percent = kCleared;
   RedrawMeter();
-}
-
-void CloseProgressReporting() {
-  State().key.Close();
-  State().writtenPercent = kCleared;
 }
 
 void DrawMeter(HDC dc, const RECT& rect, int32_t percent) {

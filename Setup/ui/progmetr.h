@@ -10,11 +10,8 @@ void CloseProgressWindow();
 bool IsProgressWindowShown();
 // Shows and logs a text; while installing also written as "SetupMsg".
 void SetProgressText(const char* text);
-// While installing also written as "SetupPercent" when it changed. The meter is not drawn for a negative
-// value.
+// While installing also written as "SetupPercent". The meter is not drawn for a negative value.
 void SetPercentage(int32_t percent);
 void ClearMeter();
-// The key of "SetupMsg"/"SetupPercent" is opened once per run; this lets it go.
-void CloseProgressReporting();
 // Draws the meter into `rect`; -1 = cleared.
 void DrawMeter(HDC dc, const RECT& rect, int32_t percent);

@@ -15,7 +15,6 @@
 #include "support/registry_guard.h"
 #include "support/setup_run.h"
 #include "tasks/infproc.h"
-#include "ui/progmetr.h"
 #include "ui/ui_fixture.h"
 
 inline constexpr char kClasses[] = "Software\\Classes\\";
@@ -79,7 +78,6 @@ class OleTest : public UiTest {
     AddClass(kOwnClass, "Veltrane 6.0 Equation");
   }
   void TearDown() override {
-    CloseProgressReporting();
     ResetPreferenceConversion();
     UiTest::TearDown();
   }

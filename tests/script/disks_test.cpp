@@ -1,7 +1,6 @@
 #include "script_fixture.h"
 
 #include "support/registry_guard.h"
-#include "ui/progmetr.h"
 
 namespace {
 
@@ -129,7 +128,6 @@ TEST_F(Disks, ProgressIsReportedInPercentOfAllBytes) {
   AppSetVariable("MachRegKey", "REG*HKEY_CURRENT_USER\\Software\\VeltraneTest");
   ListFile("a.txt", "1");
   EXPECT_TRUE(CopyAll());
-  CloseProgressReporting();
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\VeltraneTest", "SetupPercent"), "100");
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\VeltraneTest", "SetupMsg"),
             "Installation : " + Prog("a.txt"));
@@ -141,7 +139,6 @@ TEST_F(Disks, AFailureLeavesThePercentageReached) {
   ListFile("a.txt", "1");
   AddFile("gone.txt", mDir.Join("prog").c_str(), Dist("gone.txt").c_str(), 1, 2, false);
   EXPECT_FALSE(CopyAll());
-  CloseProgressReporting();
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\VeltraneTest", "SetupPercent"), "33");
 }
 
@@ -151,7 +148,6 @@ TEST_F(Disks, WithoutAMeterNoPercentageIsReported) {
   AppSetVariable("no_prog_meter", "1");
   ListFile("a.txt", "1");
   EXPECT_TRUE(CopyAll());
-  CloseProgressReporting();
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\VeltraneTest", "SetupPercent"), std::nullopt);
   EXPECT_EQ(mDir.Read("prog\\a.txt"), "installed");
 }

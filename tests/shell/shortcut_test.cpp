@@ -9,7 +9,6 @@
 #include "support/process.h"
 #include "tasks/infproc.h"
 #include "ui/answerer.h"
-#include "ui/progmetr.h"
 #include "ui/ui_fixture.h"
 
 namespace {
@@ -46,7 +45,6 @@ class ShortcutTest : public UiTest {
     for (const char* name : {kGroup, "Veltrane", kLongName, "VtSub"}) DeleteTree(mPrograms + "\\" + name);
     DeleteFileA((mPrograms + "\\VtSingle.lnk").c_str());
     ResetLinks();
-    CloseProgressReporting();
     UiTest::TearDown();
   }
 

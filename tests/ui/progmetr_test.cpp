@@ -21,7 +21,6 @@ class ProgressTest : public UiTest {
   }
   void TearDown() override {
     CloseProgressWindow();
-    CloseProgressReporting();
     UiTest::TearDown();
   }
   static HWND Window() { return FindDialog(kCaption); }
@@ -257,33 +256,31 @@ TEST_F(ProgressTest, MachRegKeyMayHoldPlaceholders) {
   EXPECT_EQ(Message(), "Texte");
 }
 
-TEST_F(ProgressTest, SamePercentageIsWrittenOnce) {
+TEST_F(ProgressTest, EachPercentageIsWritten) {
   SetPercentage(50);
   SetRegistryString(HKEY_CURRENT_USER, kKey, "SetupPercent", "marked");
   SetPercentage(50);
-  EXPECT_EQ(Percent(), "marked");
-  SetPercentage(51);
-  EXPECT_EQ(Percent(), "51");
+  EXPECT_EQ(Percent(), "50");
 }
 
-TEST_F(ProgressTest, KeyIsOpenedOnceUntilReportingIsClosed) {
+TEST_F(ProgressTest, KeyThatWasDeletedIsMadeAgain) {
+  SetProgressText("a");
+  SetPercentage(50);
+  ASSERT_EQ(RegDeleteKeyA(HKEY_CURRENT_USER, kKey), ERROR_SUCCESS);
+  SetProgressText("b");
+  EXPECT_EQ(Message(), "b");
+  EXPECT_EQ(Percent(), std::nullopt);
+  SetPercentage(50);
+  EXPECT_EQ(Percent(), "50");
+}
+
+TEST_F(ProgressTest, AnotherMachRegKeyTakesWhatFollows) {
   RegistryGuard other(HKEY_CURRENT_USER, "Software\\VeltraneUiTest2");
   SetProgressText("a");
   AppSetVariable("MachRegKey", "REG*HKEY_CURRENT_USER\\Software\\VeltraneUiTest2");
   SetProgressText("b");
-  EXPECT_EQ(Message(), "b");
-  CloseProgressReporting();
-  SetProgressText("c");
-  EXPECT_EQ(Message(), "b");
-  EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\VeltraneUiTest2", "SetupMsg"), "c");
-}
-
-TEST_F(ProgressTest, PercentageIsWrittenAgainAfterReportingWasClosed) {
-  SetPercentage(50);
-  CloseProgressReporting();
-  SetRegistryString(HKEY_CURRENT_USER, kKey, "SetupPercent", "marked");
-  SetPercentage(50);
-  EXPECT_EQ(Percent(), "50");
+  EXPECT_EQ(Message(), "a");
+  EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\VeltraneUiTest2", "SetupMsg"), "b");
 }
 
 TEST_F(ProgressTest, NoProgMeterSuppressesThePercentagesOnly) {
