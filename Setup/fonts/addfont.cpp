@@ -116,7 +116,8 @@ bool PlaceFont(const TrueTypeData& font, const char* sourcePath, const char* des
   if (GetUniqueName(dest) && dest.ICompare(destPath) != 0)
     LogLine(
         Message("InstallTTFont: destination pathname changed from <OrigPath> to <NewPath>, due to a filename "
-                "collision.")
+                "collision.",
+                kTemplateLiteral)
             .With("OrigPath", destPath)
             .With("NewPath", dest));
   if (!FS::Copy(sourcePath, dest, false))
@@ -144,11 +145,11 @@ bool IsWithdrawalRefused(const char* path) {
 
 bool DeleteFontFile(const char* fullName, const char* path) {
   if (!FS::Exists(path)) {
-    LogLine(Message("Uninstall Font: <FontFile> doesn't exist!!").With("FontFile", path));
+    LogLine(Message("Uninstall Font: <FontFile> doesn't exist!!", kTemplateLiteral).With("FontFile", path));
     return true;
   }
   if (FS::Delete(path)) return true;
-  LogLine(Message("Uninstall Font: could delete <FontFile>").With("FontFile", path));
+  LogLine(Message("Uninstall Font: could delete <FontFile>", kTemplateLiteral).With("FontFile", path));
   ShowError(Message(kCannotDelete).With("FontName", fullName).With("Instructions", RemovalInstructions()));
   return false;
 }
@@ -196,7 +197,8 @@ bool UninstallTTFont(const char* fontPath) {
   }
   if (!FS::Exists(fontPath)) {
     LogLine(
-        Message("   UninstallTTFont: font file <FileName> doesn't exist = Success (nothing to uninstall).")
+        Message("   UninstallTTFont: font file <FileName> doesn't exist = Success (nothing to uninstall).",
+                kTemplateLiteral)
             .With("FileName", fontPath));
     return true;
   }
@@ -215,7 +217,8 @@ bool UninstallFontByName(const char* fullName, bool removeFile, const char* font
   Str path;
   const bool listed = FindRegistryFont(fullName, valueName, path);
   if (!listed && !fontPath) {
-    LogLine(Message("Uninstall Font: <FontName> is not in the font table").With("FontName", fullName));
+    LogLine(Message("Uninstall Font: <FontName> is not in the font table", kTemplateLiteral)
+                .With("FontName", fullName));
     return false;
   }
   if (!listed) path = fontPath;
@@ -225,7 +228,9 @@ bool UninstallFontByName(const char* fullName, bool removeFile, const char* font
     ShowError(Message(kCannotRemove).With("FontName", fullName).With("Instructions", RemovalInstructions()));
     return false;
   }
-  if (listed) LogLine(Message("Successfully removed <fontname> from font table").With("fontname", fullName));
+  if (listed)
+    LogLine(Message("Successfully removed <fontname> from font table", kTemplateLiteral)
+                .With("fontname", fullName));
   return !removeFile || DeleteFontFile(fullName, path);
 }
 

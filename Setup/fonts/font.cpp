@@ -119,7 +119,7 @@ bool GetFontDir(Str& folder) {
   }
   folder = JoinPath(AppGetExpanded("WinDir"), "Fonts");
   if (FS::IsDir(folder)) return true;
-  LogLine(Message("Appended '\\Fonts' to Windows Directory but it doesn't exist: <FontDir>")
+  LogLine(Message("Appended '\\Fonts' to Windows Directory but it doesn't exist: <FontDir>", kTemplateLiteral)
               .With("FontDir", folder));
   return false;
 }
@@ -175,7 +175,8 @@ bool RegistryFontPath(const char* regFile, Str& path) {
 bool WriteFontToRegistry(const char* fullName, const char* fontPath) {
   KWinRegistry fonts;
   if (!OpenFontList(fonts, wrWrite)) {
-    LogLine(Message("WriteFontToRegistry: couldn't open reg key <KeyName>.").With("KeyName", kFontListKey));
+    LogLine(Message("WriteFontToRegistry: couldn't open reg key <KeyName>.", kTemplateLiteral)
+                .With("KeyName", kFontListKey));
     return false;
   }
   Str valueName(fullName);
@@ -185,7 +186,7 @@ bool WriteFontToRegistry(const char* fullName, const char* fontPath) {
   if (RegSetValueExA(fonts.Key(), valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(data.Chars()), size) ==
       ERROR_SUCCESS)
     return true;
-  LogLine(Message("WriteFontToRegistry: couldn't set value (<ValueName>) = (<ValueData>).")
+  LogLine(Message("WriteFontToRegistry: couldn't set value (<ValueName>) = (<ValueData>).", kTemplateLiteral)
               .With("ValueName", valueName)
               .With("ValueData", data));
   return false;
@@ -197,7 +198,8 @@ bool RemoveFontFromRegistry(const char* fullName) {
   const bool listed = FindRegistryFont(fullName, valueName, regFile);
   KWinRegistry fonts;
   if (!OpenFontList(fonts, wrUpdate)) {
-    LogLine(Message("RemoveFontFromRegistry: couldn't open key <KeyName>").With("KeyName", kFontListKey));
+    LogLine(Message("RemoveFontFromRegistry: couldn't open key <KeyName>", kTemplateLiteral)
+                .With("KeyName", kFontListKey));
     return false;
   }
   return !listed || fonts.DeleteValue(valueName);

@@ -123,7 +123,8 @@ void ReportFailure(const WordVersion& word, const char* folder, const char* file
       return;
     }
   }
-  LogLine(Message("    Couldn't install <MacroFile> to the target folder, <StartupFolder>, because <Reason>.")
+  LogLine(Message("    Couldn't install <MacroFile> to the target folder, <StartupFolder>, because <Reason>.",
+                  kTemplateLiteral)
               .With("MacroFile", fileName)
               .With("StartupFolder", folder)
               .With("Reason", kLoggedReasons[reason]));
@@ -159,7 +160,8 @@ void InstallRow(int32_t row, const Str& folder) {
   if (user >= 0) {
     LogLine(
         Message("    The startup folder for <Product> is also used by <ProdUsingFolder>. <MacroFile> was not "
-                "installed.")
+                "installed.",
+                kTemplateLiteral)
             .With("Product", ProductName(row))
             .With("ProdUsingFolder", ProductName(user))
             .With("MacroFile", state.files.firstName));
@@ -224,7 +226,7 @@ void SetWordMacro(int32_t row, const WordMacroFiles& files) {
   WordState& state = gStates[row];
   Str path;
   state.found = FindWordStartup(word, path);
-  LogLine(Message("MS Word <WordVer> <Found>, Office Loc is <Path>")
+  LogLine(Message("MS Word <WordVer> <Found>, Office Loc is <Path>", kTemplateLiteral)
               .With("WordVer", word.version)
               .With("Found", state.found ? "found" : "not found")
               .With("Path", path));

@@ -107,7 +107,8 @@ void CleanWinIniLine(const Str& extension, const Str& progName) {
   LogLine(
       Message(
           "    Fixed possible file extension conflicts by deleting the \"<Extension> = <ExtLine>\" line from "
-          "the [Extensions] section in WIN.INI.")
+          "the [Extensions] section in WIN.INI.",
+          kTemplateLiteral)
           .With("Extension", extension)
           .With("ExtLine", line));
 }
@@ -120,7 +121,8 @@ void CleanExtensionValue(const char* root, const char* subKey, const Str& extens
   if (!key.GetValue(extension, value) || !NamesProgram(value, progName) || !key.DeleteValue(extension))
     return;
   LogLine(Message("    Fixed possible file extension conflicts by deleting the value \"<Value>\" from the "
-                  "\"<Root>\\<SubKey>\" registry key.")
+                  "\"<Root>\\<SubKey>\" registry key.",
+                  kTemplateLiteral)
               .With("Value", extension)
               .With("Root", root)
               .With("SubKey", subKey));

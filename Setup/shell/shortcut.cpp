@@ -174,13 +174,13 @@ void CreateProgramGroup(const Str& group) {
     return;
   }
   if (!FS::CreateDir(folder)) {
-    LogError(
-        Message("Couldn't create program group folder, <ShortcutFolder>.").With("ShortcutFolder", folder));
+    LogError(Message("Couldn't create program group folder, <ShortcutFolder>.", kTemplateLiteral)
+                 .With("ShortcutFolder", folder));
     gLinks.clear();
     return;
   }
-  LogLine(
-      Message("Successfully created program group folder, <ShortcutFolder>.").With("ShortcutFolder", folder));
+  LogLine(Message("Successfully created program group folder, <ShortcutFolder>.", kTemplateLiteral)
+              .With("ShortcutFolder", folder));
   NotifyShell(SHCNE_MKDIR, folder);
   CreateGroupLinks(folder);
   if (FS::Exists(folder)) NotifyShell(SHCNE_UPDATEDIR, folder);
@@ -205,14 +205,16 @@ void EmptyProgramGroup(const Str& group) {
     }
   }
   if (!emptied)
-    LogLine(Message("    Failed: couldn't empty the <ProgGroup> program group.").With("ProgGroup", group));
+    LogLine(Message("    Failed: couldn't empty the <ProgGroup> program group.", kTemplateLiteral)
+                .With("ProgGroup", group));
 }
 
 void RemoveProgramGroup(const Str& group) {
   SetProgressText(Message(kRemovingIcons).With("IconGroup", group));
   if (!IsGroupName(group)) return;
   if (!DeleteGroup(group))
-    LogLine(Message("    Couldn't delete the <ProgGroup> program group (maybe it didn't exist).")
+    LogLine(Message("    Couldn't delete the <ProgGroup> program group (maybe it didn't exist).",
+                    kTemplateLiteral)
                 .With("ProgGroup", group));
 }
 
@@ -227,5 +229,6 @@ void CreateSingleLink(const LinkRecord& link) {
   if (!HasLinkExtension(linkPath)) linkPath.Append(kLinkExtension);
   ready = ready && FS::CreateDir(FSPath(linkPath).Parent());
   if (!ready || !CreateLinkFile(FittingLink(link), linkPath))
-    LogLine(Message("    Couldn't create link file <LinkFile>.").With("LinkFile", linkPath));
+    LogLine(
+        Message("    Couldn't create link file <LinkFile>.", kTemplateLiteral).With("LinkFile", linkPath));
 }

@@ -388,5 +388,38 @@ class OfficeAddIns(TaskTest):
         self.assertTrue(self.prefix.reg_exists(OFFICE + r"\12.0\PowerPoint\AddIns\other"))
 
 
+class LogLines(TaskTest):
+    """Lines that hold nothing but what a task did keep it when a variable of the script has the name of an item."""
+
+    NAMES = ("app Extension ext ExtLine FontName Found LinkFile MacroFile Path ProdUsingFolder Product ProgGroup Root "
+             "ShortcutFolder SubKey Value WordVer").split()
+
+    def test_items_are_not_taken_from_variables(self):
+        self.prefix.reg_add(OFFICE + r"\12.0\Word\InstallRoot", "PATH", r"C:\w")
+        self.prefix.reg_add(OFFICE + r"\11.0\Word\InstallRoot", "PATH", r"C:\W")
+        extensions = r"Software\Microsoft\Windows\CurrentVersion\Extensions"
+        self.prefix.reg_add("HKLM\\" + extensions, "vtx", r"C:\vt\Veltrane.exe")
+        self.prefix.write(r"C:\m\A.dot", b"macro")
+        self.prefix.make_folder(r"C:\w\Startup")
+        self.run_tasks(
+            startup="".join("%s=other\n" % name for name in self.NAMES),
+            install="$add_icon_group=Group\n$empty_icon_group=Missing\n$remove_icon_group=Missing\n"
+                    "$create_link=Q:\\x,Text,C:\\vt\\a.exe\n"
+                    "$set_word_macro=12,A.dot,C:\\m\n$set_word_macro=11,A.dot,C:\\m\n$run_word_macro=False\n"
+                    "$clean_old_winini_ext_reg=vtx\n$remove_font_name=No Such Font,TrueType\n")
+        self.assert_logged(
+            "Successfully created program group folder, " + PROGRAMS + "\\Group.\n",
+            "    Failed: couldn't empty the Missing program group.\n",
+            "    Couldn't delete the Missing program group (maybe it didn't exist).\n",
+            "    Couldn't create link file Q:\\x.lnk.\n",
+            "MS Word 12 found, Office Loc is C:\\w\\Startup\nMS Word 11 found, Office Loc is C:\\W\\Startup\n",
+            "    The startup folder for Microsoft Word 2003 is also used by Microsoft Word 2007. A.dot was not "
+            "installed.\n",
+            "    Fixed possible file extension conflicts by deleting the value \"vtx\" from the "
+            "\"HKEY_LOCAL_MACHINE\\" + extensions + "\" registry key.\n",
+            "Uninstall Font: No Such Font is not in the font table\n")
+
+
+
 if __name__ == "__main__":
     unittest.main()
