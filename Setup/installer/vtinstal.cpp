@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "base/runstate.h"
+#include "base/string.h"
 #include "installer/VTConfig.h"
 #include "installer/exitcodes.h"
 #include "installer/maindlg.h"
@@ -18,6 +19,7 @@
 #include "platform/folders.h"
 #include "platform/fs.h"
 #include "platform/fspath.h"
+#include "platform/pathparts.h"
 #include "script/files.h"
 #include "script/fullpath.h"
 #include "script/select.h"
@@ -73,9 +75,11 @@ bool RemoveEarlierVersions() {
   return true;
 }
 
-// The earlier installation's folder by its full long name.
+// The earlier installation's folder by its full long name, written as the folders are with which it is
+// compared.
 void NormaliseOldFolder() {
-  const Str folder = AppGetExpanded("OldAppDir");
+  Str folder = AppGetExpanded("OldAppDir");
+  if (PathText::EndsInBackslash(folder.View(), IsAnsiLeadByte)) folder = FSPath(folder).Parent();
   Str path;
   const DWORD length = GetShortPathNameA(folder, path.Lock(FS::kMaxPathNameLen), FS::kMaxPathNameLen);
   path.Unlock();
@@ -161,7 +165,8 @@ bool ChooseWhatAndWhere() {
 bool MayDeleteSelf() {
   if (Run().install || Run().IsWorkstation() || (Run().setupFlags & kKeepSelf) != 0) return false;
   if ((Run().setupFlags & kRemove) != 0) return true;
-  return AppGetExpanded("CurrDir").ICompare(AppGetExpanded("ProgDir")) == 0;
+  Str program;
+  return Folders::GetModulePath(program) && IsSamePath(FSPath(program).Parent(), AppGetExpanded("ProgDir"));
 }
 
 bool WritesConfiguration() { return Run().install && GetNumFiles() > 0 && !Run().IsWorkstation(); }
@@ -172,7 +177,8 @@ bool RecordConfiguration() {
   const Str path = AppGetExpanded("DscFilePath");
   if (WriteConfiguration(path, ConfigList())) return true;
   CloseProgressWindow();
-  ShowError(Message(kConfigNotWrittenText).With("ConfigFolder", FSPath(path).Parent()));
+  AppSetVariable("ConfigFolder", FSPath(path).Parent());
+  ShowError(Message(kConfigNotWrittenText));
   return false;
 }
 

@@ -399,6 +399,14 @@ TEST_F(ExitCode, ConfigurationFileThatCannotBeWrittenIs11) {
   EXPECT_FALSE(PathExists(mSetup.Dest("a.txt")));
 }
 
+TEST_F(ExitCode, FolderOfTheUnwrittenConfigurationFileIsAVariable) {
+  mSetup.WriteScript(mSetup.SimpleScript() +
+                     "[shutdown]\r\n+HKEY_CURRENT_USER\\Software\\Quorvale\\Made\\Folder=<ConfigFolder>\r\n");
+  mSetup.Root().MakeFolder("dest\\VT6.tmp\\in the way");
+  ExpectSilent(mSetup.SilentInstall(), 11);
+  EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\Made", "Folder"), mSetup.Dest());
+}
+
 TEST_F(ExitCode, FileInTheWayOfTheFolderIs11) {
   WriteWholeFile(mSetup.Dest(), "a file where the folder should be");
   const RunOutcome outcome = mSetup.SilentInstall();

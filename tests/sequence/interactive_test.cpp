@@ -175,6 +175,25 @@ TEST_F(Interactive, RemovalChosenInTheDialogOfTheInstalledProgramDeletesItself) 
   EXPECT_TRUE(WaitUntil([this] { return !PathExists(mSetup.Dest("Setup.exe")); }, 15000));
 }
 
+TEST_F(Interactive, RemovalChosenInTheDialogOfTheProgramStartedByItsShortPath) {
+  SetupRun setup("dist", "installed product");
+  setup.AddFile("a.txt", "text");
+  setup.WriteScript(setup.SimpleScript());
+  ASSERT_EQ(setup.SilentInstall().exitCode, 0u);
+  setup.CopySetupToDest();
+  char shortFolder[MAX_PATH] = "";
+  ASSERT_NE(GetShortPathNameA(setup.Dest().c_str(), shortFolder, MAX_PATH), 0u);
+  ASSERT_STRNE(shortFolder, setup.Dest().c_str());
+  SetupDriver driver(setup, shortFolder, "");
+  const HWND dialog = driver.WaitFor(IDC_MAIN_FOLDER);
+  EXPECT_EQ(SetupDriver::Text(dialog, IDC_MAIN_FOLDER), setup.Dest());
+  SetupDriver::Click(dialog, IDC_MAIN_REMOVE);
+  driver.PressAndWait(dialog, IDOK);
+  driver.AnswerBox("tous ses composants.");
+  EXPECT_EQ(driver.End().exitCode, 0u);
+  EXPECT_TRUE(WaitUntil([&setup] { return !PathExists(setup.Dest("Setup.exe")); }, 15000));
+}
+
 TEST_F(Interactive, UncheckedOptionOfARemoval) {
   mSetup.WriteScript(mSetup.SimpleScript("", "&remove_keep_prefs?\r\n&remove_keep_fonts?\r\n",
                                          "enable_remove_keep_prefs=1\r\nenable_remove_keep_fonts=1\r\n") +
@@ -493,16 +512,19 @@ TEST_F(OldVersion, RecordedInstallationAsksNothing) {
 }
 
 TEST_F(OldVersion, DefaultFolderKeepsClearOfIt) {
-  mSetup.WriteScript(mSetup.SimpleScript("", "", "OldAppDir=C:\\PROGRAM FILES\\veltrane\r\n"));
   ASSERT_TRUE(CreateDirectoryA("C:\\Program Files\\Veltrane", nullptr));
-  SetupDriver driver(mSetup, "");
-  const HWND question = driver.WaitFor(IDC_OLD_REPLACE);
-  SetupDriver::Click(question, IDC_OLD_KEEP);
-  driver.PressAndWait(question, IDOK);
-  const HWND dialog = driver.WaitFor(IDC_MAIN_FOLDER);
-  EXPECT_EQ(SetupDriver::Text(dialog, IDC_MAIN_FOLDER), "C:\\Program Files\\Veltrane 6");
-  driver.PressAndWait(dialog, IDCANCEL);
-  EXPECT_EQ(driver.End().exitCode, 10u);
+  for (const char* old : {"C:\\PROGRAM FILES\\veltrane", "C:\\Program Files\\Veltrane\\"}) {
+    SCOPED_TRACE(old);
+    mSetup.WriteScript(mSetup.SimpleScript("", "", std::string("OldAppDir=") + old + "\r\n"));
+    SetupDriver driver(mSetup, "");
+    const HWND question = driver.WaitFor(IDC_OLD_REPLACE);
+    SetupDriver::Click(question, IDC_OLD_KEEP);
+    driver.PressAndWait(question, IDOK);
+    const HWND dialog = driver.WaitFor(IDC_MAIN_FOLDER);
+    EXPECT_EQ(SetupDriver::Text(dialog, IDC_MAIN_FOLDER), "C:\\Program Files\\Veltrane 6");
+    driver.PressAndWait(dialog, IDCANCEL);
+    EXPECT_EQ(driver.End().exitCode, 10u);
+  }
   RemoveDirectoryA("C:\\Program Files\\Veltrane");
 }
 

@@ -640,6 +640,17 @@ TEST(SilentInstall, OldVersionInTheDestinationIsReplaced) {
   EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\Made", "Over"), "1");
 }
 
+TEST(SilentInstall, OldVersionInTheDestinationMayBeNamedWithATrailingBackslash) {
+  SetupRun setup;
+  CreateDirectoryA(setup.Dest().c_str(), nullptr);
+  setup.WriteScript(
+      setup.SimpleScript("$test_overwrite_old_app=over\r\n"
+                         "+HKEY_CURRENT_USER\\Software\\Quorvale\\Made\\Over=<over>\r\n",
+                         "", "OldAppDir=" + setup.Dest() + "\\\r\n"));
+  ExpectSilent(setup.SilentInstall(), 0);
+  EXPECT_EQ(RegistryString(HKEY_CURRENT_USER, "Software\\Quorvale\\Made", "Over"), "1");
+}
+
 TEST(SilentInstall, MissingOldVersionFolderCountsAsNone) {
   SetupRun setup;
   setup.WriteScript(
