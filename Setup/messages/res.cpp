@@ -92,8 +92,8 @@ int32_t LoadResString(unsigned id, char* buffer, int32_t size) {
   return length;
 }
 
-bool GetResStr(unsigned strID, int32_t index, Str& result, uint32_t flags) {
-  if (!LoadText(strID, index, MAX_RES_STRING_LEN, result)) return false;
+bool GetResStr(unsigned strID, int32_t index, Str& result, uint32_t flags, int32_t room) {
+  if (!LoadText(strID, index, room, result)) return false;
   if ((flags & kResExpand) != 0) AppVars().Expand(result);
   return true;
 }

@@ -23,8 +23,9 @@ HMODULE ModuleForResource(unsigned id);
 int32_t LoadResString(unsigned id, char* buffer, int32_t size);
 
 enum ResFlags : uint32_t { kResExpand = 1 };
-// String strID + index with continuation ("$") and tag ("!tag!") rules; false when it is missing or empty.
-bool GetResStr(unsigned strID, int32_t index, Str& result, uint32_t flags);
+// String strID + index with continuation ("$") and tag ("!tag!") rules, each of its pieces cut to `room`
+// bytes, terminator included; false when it is missing or empty.
+bool GetResStr(unsigned strID, int32_t index, Str& result, uint32_t flags, int32_t room = MAX_RES_STRING_LEN);
 void GetResStr(unsigned strID, int32_t index, char* buffer, int32_t strMax, uint32_t flags);
 // The expanded text in one process-wide Str, overwritten by the next call; its pieces are cut at 1023
 // characters. A missing string asserts and gives an empty text.

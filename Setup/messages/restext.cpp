@@ -1,15 +1,20 @@
 #include "messages/restext.h"
 
-#include "messages/res.h"
+namespace {
 
-bool GetRunText(unsigned firstId, int32_t index, Str& text) {
-  return GetResStr(firstId, index, text, 0) && text != "!END!";
+constexpr int32_t kMessagePieceRoom = 1024 + 1;  // bytes, terminator included
+
+}  // namespace
+
+bool GetRunText(unsigned firstId, int32_t index, Str& text, int32_t room) {
+  return GetResStr(firstId, index, text, 0, room) && text != "!END!";
 }
 
 Str JoinResStrings(unsigned firstId) {
   Str text;
   Str piece;
-  for (int32_t i = 0; i < kMaxRunLength && GetRunText(firstId, i, piece); ++i) text.Append(piece);
+  for (int32_t i = 0; i < kMaxRunLength && GetRunText(firstId, i, piece, kMessagePieceRoom); ++i)
+    text.Append(piece);
   return text;
 }
 

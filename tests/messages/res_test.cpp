@@ -395,6 +395,12 @@ TEST_F(ResTest, PiecesOfALongMessageEndAfterAHundred) {
   EXPECT_EQ(JoinResStrings(700).View(), std::string(100, 'x'));
 }
 
+TEST_F(ResTest, PiecesOfALongMessageAreCutAt1024Characters) {
+  const std::string longest(1024, 'x');
+  UseProgram({{700, longest}, {701, std::string(1025, 'y')}, {702, std::string(3999, 'z')}});
+  EXPECT_EQ(JoinResStrings(700).View(), longest + std::string(1024, 'y') + std::string(1024, 'z'));
+}
+
 TEST_F(ResTest, APackedListHoldsTheTextsInOrder) {
   UseProgram({{700, "one <A>"}, {701, "!t!two"}, {703, "four$5$"}, {3005, "!"}});
   AppSetVariable("A", "1");
