@@ -1,7 +1,5 @@
 #include "ui/err.h"
 
-#include <memory>
-
 #include "base/assert.h"
 #include "base/handle.h"
 #include "base/mem.h"
@@ -18,7 +16,6 @@ namespace {
 constexpr int32_t kTitleRoom = 50;          // characters
 constexpr int32_t kOutOfMemoryRoom = 1024;  // characters
 constexpr uint32_t kReserveSize = 7880;     // bytes
-constexpr int32_t kReserveCount = 10;
 
 // The texts of the boxes, set once the language is known.
 struct MessageTexts {
@@ -33,14 +30,9 @@ MessageTexts& Texts() {
   return texts;
 }
 
-struct Reserve {
-  MemHandle block;
-  int32_t count;
-};
-
-std::unique_ptr<Reserve>& ReserveBlock() {
-  static std::unique_ptr<Reserve> reserve;
-  return reserve;
+MemHandle& Reserve() {
+  static MemHandle block;
+  return block;
 }
 
 void SetSlot(Str& slot, unsigned id, int32_t room) {
@@ -235,8 +227,8 @@ bool AllocateReserve() {
     ShowOutOfMemory();
     return false;
   }
-  ReserveBlock() = std::make_unique<Reserve>(Reserve{MemHandle(block), kReserveCount});
+  Reserve() = MemHandle(block);
   return true;
 }
 
-void FreeReserve() { ReserveBlock().reset(); }
+void FreeReserve() { Reserve() = MemHandle(); }
