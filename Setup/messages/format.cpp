@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/assert.h"
-#include "messages/logfile.h"
+#include "messages/endless.h"
 #include "messages/res.h"
 #include "messages/varlist.h"
 
@@ -47,12 +47,7 @@ bool ReplaceItem(Str& text, const char* name, const void* item, FmtFunc fmtFunc)
         return produced;
       });
   text = filled.c_str();
-  if (result.stopped) {
-    Str line("The item \"");
-    line.Append(name);
-    line.Append("\" never comes to an end; its placeholders were left as they are.");
-    LogLine(line);
-  }
+  if (result.stopped) LogEndless("item", name);
   return result.filled;
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "base/assert.h"
+#include "messages/endless.h"
 #include "messages/logfile.h"
 
 void VarList::Set(const char* varName, const char* value, bool isMutable) {
@@ -67,12 +68,7 @@ int32_t VarList::Expand(Str& text, char open, char close) const {
   std::string expanded(text.View());
   const ExpandResult result = mTable.Expand(expanded, open, close);
   if (result.count > 0) text = expanded.c_str();
-  if (result.stopped != nullptr) {
-    Str line("The variable \"");
-    line.Append(result.stopped->name);
-    line.Append("\" never comes to an end; its placeholders were left as they are.");
-    LogLine(line);
-  }
+  if (result.stopped != nullptr) LogEndless("variable", result.stopped->name);
   return result.count;
 }
 
