@@ -141,7 +141,7 @@ void RemoveFromPclSection(const SoftFontDriver& driver, const Printer& printer) 
   EditSoftFonts(DO_REMOVE, driver.fonts, driver.numFonts, section, printer);
   if (!SectionExists(section)) return;
   // The drivers reload their fonts when this counter changes.
-  WriteNumber(section, "fsvers", static_cast<int32_t>(GetProfileIntA(section, "fsvers", 0)) + 1);
+  WriteNumber(section, "fsvers", static_cast<int32_t>(GetProfileIntA(section, "fsvers", 0) + 1));
   BroadcastProfileChange(section);
 }
 
