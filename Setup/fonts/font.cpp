@@ -13,7 +13,6 @@
 #include "platform/WinRegistry.h"
 #include "platform/fio.h"
 #include "platform/fs.h"
-#include "stores/register.h"
 
 namespace {
 
@@ -23,10 +22,8 @@ constexpr char kTrueTypeSuffix[] = " (TrueType)";
 // The name table of real fonts stays far below this; a larger one is taken for damage rather than loaded.
 constexpr uint32_t kMaxTableSize = 16u << 20;
 
-using Bytes = std::vector<std::byte>;
-
 // Exactly `range` of the file; false when that much is not there.
-bool ReadRange(FioFile& file, TtfRange range, Bytes& bytes) {
+bool ReadRange(FioFile& file, TtfRange range, std::vector<std::byte>& bytes) {
   if (range.length > kMaxTableSize || FioSeek(file, range.offset) != fioOK) return false;
   bytes.resize(range.length);
   uint32_t got = 0;
@@ -36,7 +33,7 @@ bool ReadRange(FioFile& file, TtfRange range, Bytes& bytes) {
 
 bool ReadTables(FioFile& file, TtfTables& tables) {
   uint32_t size = 0;
-  Bytes bytes;
+  std::vector<std::byte> bytes;
   if (FioGetSize(file, size) != fioOK || size < kTtfHeaderSize) return false;
   if (!ReadRange(file, {0, kTtfHeaderSize}, bytes)) return false;
   const uint32_t directorySize =
@@ -84,7 +81,7 @@ Str ListedFile(const char* fontPath) {
 bool ReadTrueTypeFile(const char* path, TrueTypeData& data) {
   FioFile file;
   TtfTables tables;
-  Bytes bytes;
+  std::vector<std::byte> bytes;
   TtfNames names;
   if (FioOpen(path, fioREAD, file) != fioOK || !ReadTables(file, tables)) return false;
   if (!ReadRange(file, tables.name, bytes) || !TtfReadNames(bytes, names)) return false;

@@ -6,8 +6,6 @@
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
-
 // Offsets in a PFM file; those of the extension count from the file's start.
 constexpr size_t kItalicAt = 80;
 constexpr size_t kWeightAt = 83;
@@ -15,12 +13,6 @@ constexpr size_t kFaceAt = 105;
 constexpr size_t kDriverInfoAt = kPfmHeaderSize + 22;
 constexpr uint32_t kBoldAbove = 400;
 constexpr size_t kMaxNameBytes = 1023;
-
-uint32_t Little(Bytes bytes, size_t at, size_t count) {
-  uint32_t value = 0;
-  for (size_t i = count; i-- > 0;) value = (value << 8) | std::to_integer<uint32_t>(bytes[at + i]);
-  return value;
-}
 
 // Text at an offset up to its NUL or the longest read, cut to the longest kept; false when the file begins or
 // ends before it.
@@ -99,15 +91,15 @@ bool ParsePsVersion(std::string_view text, uint32_t& version) {
 bool PfmStyle(Bytes bytes, uint32_t& style) {
   if (bytes.size() < kPfmStyleHeaderSize) return false;
   style = (bytes[kItalicAt] != std::byte{0} ? kPsItalic : 0u) |
-          (Little(bytes, kWeightAt, 2) > kBoldAbove ? kPsBold : 0u);
+          (LittleEndian(bytes, kWeightAt, 2) > kBoldAbove ? kPsBold : 0u);
   return true;
 }
 
 PfmResult ReadPfmNames(Bytes bytes, PfmNames& names) {
   if (bytes.size() < kPfmHeaderSize) return PfmResult::kShortHeader;
   if (bytes.size() - kPfmHeaderSize < kPfmExtensionSize) return PfmResult::kShortExtension;
-  if (!ReadText(bytes, Little(bytes, kFaceAt, 4), names.faceName) ||
-      !ReadText(bytes, Little(bytes, kDriverInfoAt, 4), names.psName))
+  if (!ReadText(bytes, LittleEndian(bytes, kFaceAt, 4), names.faceName) ||
+      !ReadText(bytes, LittleEndian(bytes, kDriverInfoAt, 4), names.psName))
     return PfmResult::kBadName;
   return PfmResult::kOk;
 }

@@ -3,9 +3,10 @@
 // Numbers in a PFM file are little-endian.
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
+
+#include "base/bytes.h"
 
 constexpr size_t kPfbSegmentHeader = 6;      // bytes before the first comment line
 constexpr size_t kPfbMaxLine = 1024;         // bytes read of that line
@@ -18,7 +19,7 @@ enum class PfbResult { kOk, kNoHeader, kCutLine, kLongLine };
 
 // The first comment line of a PFB file, without its line end. `bytes`: the file, or at least its first
 // kPfbSegmentHeader + kPfbMaxLine bytes.
-PfbResult PfbCommentLine(std::span<const std::byte> bytes, std::string& line);
+PfbResult PfbCommentLine(Bytes bytes, std::string& line);
 
 struct PfbComment {
   std::string psName;
@@ -32,7 +33,7 @@ struct PfbComment {
 enum PsStyle : uint32_t { kPsBold = 1, kPsItalic = 2 };
 
 // False when fewer than kPfmStyleHeaderSize bytes are given.
-[[nodiscard]] bool PfmStyle(std::span<const std::byte> bytes, uint32_t& style);
+[[nodiscard]] bool PfmStyle(Bytes bytes, uint32_t& style);
 
 enum class PfmResult { kOk, kShortHeader, kShortExtension, kBadName };
 
@@ -40,4 +41,4 @@ struct PfmNames {
   std::string faceName;
   std::string psName;
 };
-PfmResult ReadPfmNames(std::span<const std::byte> bytes, PfmNames& names);
+PfmResult ReadPfmNames(Bytes bytes, PfmNames& names);

@@ -2,8 +2,6 @@
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
-
 // Offsets inside the tables.
 constexpr size_t kNumTablesAt = 4;
 constexpr size_t kNameHeaderSize = 6;
@@ -16,8 +14,6 @@ constexpr uint16_t kFamilyName = 1;
 constexpr uint16_t kFullName = 4;
 constexpr uint16_t kSelectionItalic = 1u << 0;
 constexpr uint16_t kSelectionBold = 1u << 5;
-
-bool Has(Bytes bytes, size_t at, size_t count) { return at <= bytes.size() && count <= bytes.size() - at; }
 
 // The caller has checked the bounds.
 uint16_t U16(Bytes bytes, size_t at) {
@@ -38,7 +34,7 @@ constexpr uint32_t Tag(const char (&text)[5]) {
 bool ReadName(Bytes table, size_t record, size_t storage, std::string& text) {
   const size_t length = U16(table, record + 8);
   const size_t offset = U16(table, record + 10);
-  if (!Has(table, storage, offset) || !Has(table, storage + offset, length)) return false;
+  if (!Holds(table, storage, offset) || !Holds(table, storage + offset, length)) return false;
   for (const std::byte ch : table.subspan(storage + offset, length)) {
     if (ch == std::byte{0}) break;
     text.push_back(static_cast<char>(ch));
@@ -49,12 +45,13 @@ bool ReadName(Bytes table, size_t record, size_t storage, std::string& text) {
 }  // namespace
 
 int32_t TtfTableCount(Bytes header) {
-  return Has(header, 0, kTtfHeaderSize) ? U16(header, kNumTablesAt) : -1;
+  return Holds(header, 0, kTtfHeaderSize) ? U16(header, kNumTablesAt) : -1;
 }
 
 bool TtfFindTables(Bytes directory, uint32_t fileSize, TtfTables& tables) {
   const int32_t count = TtfTableCount(directory);
-  if (count < 0 || !Has(directory, kTtfHeaderSize, static_cast<size_t>(count) * kTtfRecordSize)) return false;
+  if (count < 0 || !Holds(directory, kTtfHeaderSize, static_cast<size_t>(count) * kTtfRecordSize))
+    return false;
   const struct {
     uint32_t tag;
     TtfRange* range;
@@ -73,10 +70,10 @@ bool TtfFindTables(Bytes directory, uint32_t fileSize, TtfTables& tables) {
 
 bool TtfReadNames(Bytes nameTable, TtfNames& names) {
   names = TtfNames();
-  if (!Has(nameTable, 0, kNameHeaderSize)) return false;
+  if (!Holds(nameTable, 0, kNameHeaderSize)) return false;
   const size_t count = U16(nameTable, 2);
   const size_t storage = U16(nameTable, 4);
-  if (!Has(nameTable, kNameHeaderSize, count * kNameRecordSize)) return false;
+  if (!Holds(nameTable, kNameHeaderSize, count * kNameRecordSize)) return false;
   bool haveFull = false;
   bool haveFamily = false;
   for (size_t i = 0; i < count && !(haveFull && haveFamily); ++i) {
@@ -95,13 +92,13 @@ bool TtfReadNames(Bytes nameTable, TtfNames& names) {
 }
 
 bool TtfReadRevision(Bytes headTable, uint32_t& revision) {
-  if (!Has(headTable, kRevisionAt, 4)) return false;
+  if (!Holds(headTable, kRevisionAt, 4)) return false;
   revision = U32(headTable, kRevisionAt);
   return true;
 }
 
 bool TtfReadStyle(Bytes os2Table, uint32_t& style) {
-  if (!Has(os2Table, kSelectionAt, 2)) return false;
+  if (!Holds(os2Table, kSelectionAt, 2)) return false;
   const uint16_t selection = U16(os2Table, kSelectionAt);
   style = ((selection & kSelectionItalic) != 0 ? kTtfItalic : 0u) |
           ((selection & kSelectionBold) != 0 ? kTtfBold : 0u);

@@ -4,8 +4,9 @@
 // head and OS/2 tables.
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
+
+#include "base/bytes.h"
 
 constexpr size_t kTtfHeaderSize = 12;  // bytes before the table directory
 constexpr size_t kTtfRecordSize = 16;  // bytes per directory record
@@ -30,13 +31,13 @@ struct TtfNames {
 enum TtfStyle : uint32_t { kTtfBold = 1, kTtfItalic = 2 };
 
 // Number of directory records that follow the header; -1 when the header is short.
-int32_t TtfTableCount(std::span<const std::byte> header);
+int32_t TtfTableCount(Bytes header);
 // Finds the three tables in header and directory; false when the directory is cut, a table is missing that
 // every font has (name, head), or one reaches beyond the file.
-[[nodiscard]] bool TtfFindTables(std::span<const std::byte> directory, uint32_t fileSize, TtfTables& tables);
+[[nodiscard]] bool TtfFindTables(Bytes directory, uint32_t fileSize, TtfTables& tables);
 // False when the table is damaged or lacks one of the two names.
-[[nodiscard]] bool TtfReadNames(std::span<const std::byte> nameTable, TtfNames& names);
+[[nodiscard]] bool TtfReadNames(Bytes nameTable, TtfNames& names);
 // Font revision: major in the high 16 bits, minor in the low 16.
-[[nodiscard]] bool TtfReadRevision(std::span<const std::byte> headTable, uint32_t& revision);
+[[nodiscard]] bool TtfReadRevision(Bytes headTable, uint32_t& revision);
 // TtfStyle bits.
-[[nodiscard]] bool TtfReadStyle(std::span<const std::byte> os2Table, uint32_t& style);
+[[nodiscard]] bool TtfReadStyle(Bytes os2Table, uint32_t& style);

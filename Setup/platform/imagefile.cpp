@@ -32,16 +32,9 @@ constexpr size_t kMaxEntries = 20000;      // a directory that holds itself come
 constexpr uint32_t kOldSignature = 0x5A4D;      // "MZ"
 constexpr uint32_t kNewSignature = 0x00004550;  // "PE"
 
-using Bytes = std::span<const std::byte>;
-
-bool Lies(Bytes bytes, size_t at, size_t count) { return at <= bytes.size() && count <= bytes.size() - at; }
-
 // A little-endian number; 0 outside the bytes.
 uint32_t Number(Bytes bytes, size_t at, size_t width) {
-  if (!Lies(bytes, at, width)) return 0;
-  uint32_t number = 0;
-  for (size_t i = width; i > 0; --i) number = number << 8 | std::to_integer<uint32_t>(bytes[at + i - 1]);
-  return number;
+  return Holds(bytes, at, width) ? LittleEndian(bytes, at, width) : 0;
 }
 
 // The end of what a section uses in the file. The stored size may be rounded up, the used one count zeros
@@ -92,10 +85,10 @@ class ResourceWalk {
   }
 
   bool WalkDirectory(size_t at, int level) {
-    if (level == kLevels || !Lies(mTree, at, kNodeSize)) return false;
+    if (level == kLevels || !Holds(mTree, at, kNodeSize)) return false;
     const size_t count = size_t{Number(mTree, at + 12, 2)} + Number(mTree, at + 14, 2);
     at += kNodeSize;
-    if (!Lies(mTree, at, count * kEntrySize)) return false;
+    if (!Holds(mTree, at, count * kEntrySize)) return false;
     for (size_t i = 0; i < count; ++i, at += kEntrySize) {
       const uint32_t name = Number(mTree, at, 4);
       const uint32_t below = Number(mTree, at + 4, 4);
@@ -107,13 +100,13 @@ class ResourceWalk {
   }
 
   bool IsName(size_t at) const {
-    return Lies(mTree, at, 2) && Lies(mTree, at + 2, size_t{Number(mTree, at, 2)} * 2);
+    return Holds(mTree, at, 2) && Holds(mTree, at + 2, size_t{Number(mTree, at, 2)} * 2);
   }
 
   bool IsData(size_t at) const {
-    if (!Lies(mTree, at, kNodeSize)) return false;
+    if (!Holds(mTree, at, kNodeSize)) return false;
     const uint32_t size = Number(mTree, at + 4, 4);
-    return size == 0 || Lies(At(Number(mTree, at, 4)), 0, size);
+    return size == 0 || Holds(At(Number(mTree, at, 4)), 0, size);
   }
 
   Bytes mFile;
@@ -126,12 +119,12 @@ class ResourceWalk {
 
 uint64_t ImageFileSize(Bytes head) {
   const size_t start = Number(head, kNewHeaderPlace, 4);
-  if (Number(head, 0, 2) != kOldSignature || !Lies(head, start, kFixedHeaderSize)) return 0;
+  if (Number(head, 0, 2) != kOldSignature || !Holds(head, start, kFixedHeaderSize)) return 0;
   const Bytes header = head.subspan(start);
   if (Number(header, 0, 4) != kNewSignature) return 0;
   const size_t sections = kFixedHeaderSize + Number(header, kOptionalSize, 2);
   const size_t count = Number(header, kSectionCount, 2);
-  if (!Lies(header, sections, count * kSectionSize)) return 0;
+  if (!Holds(header, sections, count * kSectionSize)) return 0;
   uint64_t size = std::max(kNewHeaderPlace + 4, start + sections + count * kSectionSize);
   for (size_t i = 0; i < count; ++i)
     size = std::max(size, EndOfSection(header.subspan(sections + i * kSectionSize, kSectionSize)));

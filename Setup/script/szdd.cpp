@@ -1,6 +1,9 @@
 #include "script/szdd.h"
 
 #include <cstdint>
+#include <span>
+
+#include "base/bytes.h"
 
 namespace {
 
@@ -17,8 +20,7 @@ bool IsSzdd(std::string_view bytes) {
 
 bool IsSzddWhole(std::string_view bytes) {
   const auto byteAt = [bytes](size_t pos) { return static_cast<unsigned char>(bytes[pos]); };
-  uint32_t size = 0;
-  for (size_t i = 4; i-- > 0;) size = size << 8 | byteAt(kSizeOffset + i);
+  const uint32_t size = LittleEndian(std::as_bytes(std::span(bytes)), kSizeOffset, 4);
   uint64_t expanded = 0;
   size_t pos = kSzddHeaderSize;
   while (expanded < size) {

@@ -12,8 +12,6 @@
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
-
 void Require(bool holds) {
   if (!holds) std::abort();
 }
