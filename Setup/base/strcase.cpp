@@ -1,8 +1,8 @@
 // Str: comparing and searching without regard to case.
 #include <windows.h>
 
+#include "base/leadbyte.h"
 #include "base/str.h"
-#include "base/string.h"
 
 namespace {
 

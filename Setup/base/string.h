@@ -68,8 +68,8 @@ class WStr : public CharBuffer<wchar_t> {
   static int32_t Length(const wchar_t* text);
   static int32_t ICompare(const wchar_t* a, const wchar_t* b);
   static const wchar_t* IFind(const wchar_t* text, const wchar_t* pattern);
-  // Formats into a buffer of `bufSize` units, bounded and terminated; returns the full length the text would
-  // have.
+  // Formats into a buffer of `bufSize` units, bounded and terminated; returns the full
+  // length the text would have.
   static int32_t VFormat(wchar_t* buffer, int32_t bufSize, const wchar_t* format, va_list args);
 
  private:
@@ -79,12 +79,8 @@ class WStr : public CharBuffer<wchar_t> {
   void CheckUnlocked() const;
 };
 
-// True for the first byte of a double-byte character of the ANSI code page; its second byte may have the code
-// of a backslash, a quote or a letter.
-bool IsAnsiLeadByte(unsigned char byte);
-
-// ANSI -> UTF-16 into `wStr` of `size` units; UTF-16 -> ANSI into `nStr` of `size` bytes. Terminated, cut
-// when short.
+// ANSI -> UTF-16 into `wStr` of `size` units; UTF-16 -> ANSI into `nStr` of `size` bytes.
+// Terminated, cut when short.
 void AnsiToWide(const char* nStr, wchar_t* wStr, int32_t size);
 void WideToAnsi(const wchar_t* wStr, char* nStr, int32_t size);
 // Allocating forms; null when memory is short.

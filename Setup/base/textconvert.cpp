@@ -6,12 +6,13 @@
 #include <new>
 
 #include "base/assert.h"
+#include "base/leadbyte.h"
 #include "base/string.h"
 
 namespace {
 
-// Length of the longest start of `text` of at most `room` bytes that holds no half of a double-byte
-// character.
+// Length of the longest start of `text` of at most `room` bytes that holds no half of
+// a double-byte character.
 size_t WholeCharacters(const char* text, size_t room) {
   size_t length = 0;
   while (text[length] != '\0') {

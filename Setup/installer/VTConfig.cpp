@@ -1,8 +1,8 @@
 #include "installer/VTConfig.h"
 
 #include "base/assert.h"
+#include "base/leadbyte.h"
 #include "base/runstate.h"
-#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "messages/res.h"

@@ -6,8 +6,8 @@
 
 #include "base/assert.h"
 #include "base/hooks.h"
+#include "base/leadbyte.h"
 #include "base/runstate.h"
-#include "base/string.h"
 #include "installer/VTConfig.h"
 #include "installer/checks.h"
 #include "installer/cmdline.h"
@@ -59,14 +59,14 @@ constexpr InfHandlers kAllHandlers = {StandardFileHandler, TaskDispatch, Registr
 constexpr char kNoLanguageText[] =
     "An error occurred while loading the required language library.\n\nSetup cannot continue.";
 
-struct StatusText {
+struct StopText {
   int status;
   unsigned text;
   unsigned workstationText;
 };
 
 // What a start-up that stops tells the user. 3 has a fixed text; 15 was a question already.
-constexpr StatusText kStatusTexts[] = {
+constexpr StopText kStopTexts[] = {
     {kExitNoScript, 4096, 4096},
     {kExitNoConfig, 4160, 4167},
     {kExitNoRights, 4168, 4168},
@@ -196,18 +196,18 @@ void ShowEarlyError(unsigned id) {
   ShowError(Message(id).With("FileName", kScriptName).With("SetupName", "Setup"));
 }
 
-void ShowStatus(int status) {
+void ShowStopReason(int status) {
   if (status == kExitNoLanguage) ShowError(kNoLanguageText);
-  for (const StatusText& row : kStatusTexts)
+  for (const StopText& row : kStopTexts)
     if (row.status == status) ShowEarlyError(Run().IsWorkstation() ? row.workstationText : row.text);
 }
 
-// Everything up to the point where the program knows its texts, names and settings. The exit code, 0 to go
-// on.
+// Everything up to the point where the program knows its texts, names and settings.
+// The exit code, 0 to go on.
 int ComeUp(StartUp& start) {
   start.status = OpenSetupLog() ? ReadSources(start) : kExitNoLog;
   CheckRightsAndLanguage(start);
-  ShowStatus(start.status);
+  ShowStopReason(start.status);
   if (!start.line.valid) {
     ShowEarlyError(kBadCommandLineText);
     return kExitBadCommandLine;
@@ -239,8 +239,8 @@ int CheckOthers() {
   return managerOnly || WaitForOfficeToClose() ? kExitOK : kExitOfficeRunning;
 }
 
-// False when there is no window to destroy at the end: a silent run does without it where there is no
-// desktop.
+// False when there is no window to destroy at the end: a silent run does without it
+// where there is no desktop.
 bool OpenBackground(HINSTANCE instance) {
   if (Run().IsQuiet()) AppSetVariable("no_background", "1");
   const bool created = CreateBackgroundWindow(instance);

@@ -7,9 +7,7 @@
 #include <string_view>
 #include <vector>
 
-// Tells whether a byte begins a double-byte character of the system code page: the byte behind one is never a
-// backslash or a quote. Null: every character is one byte.
-using LeadByteTest = bool (*)(unsigned char byte);
+#include "base/leadbyte.h"
 
 // The arguments of a process, its program name first, by the rules every Windows program follows:
 // - the program name ends at the closing quote when it begins with one, else at the first blank;

@@ -1,12 +1,13 @@
 #include "office/word.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <new>
 #include <vector>
 
 #include "base/assert.h"
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "messages/filelog.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
@@ -97,8 +98,8 @@ Reason FindReason(const char* folder, const char* destPath) {
   return kNotWritable;
 }
 
-// An administrator can ask not to hear of write-protected targets; the first one then silences all later
-// reports.
+// An administrator can ask not to hear of write-protected targets; the first one then
+// silences all later reports.
 bool ShouldShow(Reason reason) {
   if (!gReportMacroErrors) return false;
   const bool protectedTarget = reason == kFolderLocked || reason == kFileLocked;
@@ -267,7 +268,8 @@ void DeleteMigratedMacros(const char* firstName, const char* secondName) {
 }
 
 bool IsWordInstalled(int32_t first, int32_t count) {
-  for (int32_t i = 0; i < std::min(count, kMaxVersionsAsked); ++i) {
+  constexpr int32_t kLargest = std::numeric_limits<int32_t>::max();
+  for (int32_t i = 0; i < std::min(count, kMaxVersionsAsked) && first <= kLargest - i; ++i) {
     const int32_t version = first + i;
     Message wordKey(kWordTemplate.wordKey, kTemplateLiteral);
     Message commonKey(kWordTemplate.commonKey, kTemplateLiteral);

@@ -4,7 +4,7 @@
 #include "base/assert.h"
 #include "base/errormode.h"
 #include "base/handle.h"
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "platform/folders.h"
 #include "platform/fs.h"
 #include "platform/fstemp.h"

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/assert.h"
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "platform/fserror.h"
 #include "platform/pathparts.h"
 

@@ -17,8 +17,8 @@ size_t CharLength(std::string_view text, size_t pos, LeadByteTest lead) {
   return lead && lead(static_cast<unsigned char>(text[pos])) && pos + 1 < text.size() ? 2 : 1;
 }
 
-// Server and share, up to and not including the backslash behind the share; the whole path when there is
-// none.
+// Server and share, up to and not including the backslash behind the share; the whole
+// path when there is none.
 size_t NetworkVolumeLength(std::string_view path, LeadByteTest lead) {
   const size_t share = FindBackslash(path, kNetworkPrefix.size(), lead);
   if (share == kNone) return path.size();

@@ -7,10 +7,9 @@
 #include <string>
 #include <string_view>
 
-namespace PathText {
+#include "base/leadbyte.h"
 
-// True for the first byte of a double-byte character. Null: the code page has none.
-using LeadByteTest = bool (*)(unsigned char);
+namespace PathText {
 
 constexpr size_t kNone = std::string_view::npos;
 

@@ -2,8 +2,8 @@
 #include <windows.h>
 
 #include "base/assert.h"
+#include "base/leadbyte.h"
 #include "base/runstate.h"
-#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
@@ -62,8 +62,8 @@ int32_t DiskOf(const char* infile, const char* outfile) {
   return disk == 0 ? 1 : disk;
 }
 
-// True when the user says that the source is there now. A silent run answers OK for ever, so it looks only
-// once more.
+// True when the user says that the source is there now. A silent run answers OK for ever, so
+// it looks only once more.
 bool AskForSource(const char* infile, const char* outfile, bool first) {
   if (NDisks() <= 1) {
     ShowError(Message(kSourceMissing).With("SourceFile", infile));
@@ -99,8 +99,8 @@ Str TildeName(Str name) {
   return name;
 }
 
-// The file that waits for the restart. It must lie on the destination's volume, or it could not be moved
-// then.
+// The file that waits for the restart. It must lie on the destination's volume, or it
+// could not be moved then.
 bool MakeRestartPath(const FSPath& outfile, Str& tempPath) {
   Str folder = AppGetExpanded("ProgDir");
   if (folder.IsEmpty() ||

@@ -1,9 +1,9 @@
 #include "script/filerecord.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "base/ascii.h"
+#include "platform/pathparts.h"
 
 namespace {
 
@@ -66,8 +66,7 @@ std::string WithRecordSize(std::string_view record, int64_t size) {
   return result;
 }
 
-void SplitPathText(std::string_view path, PathText::LeadByteTest lead, std::string_view& dir,
-                   std::string_view& name) {
+void SplitPathText(std::string_view path, LeadByteTest lead, std::string_view& dir, std::string_view& name) {
   const size_t slash = PathText::FindLastBackslash(path, lead);
   if (slash == PathText::kNone) {
     dir = {};
@@ -80,7 +79,7 @@ void SplitPathText(std::string_view path, PathText::LeadByteTest lead, std::stri
   dir = path.substr(0, root ? slash + 1 : slash);
 }
 
-RecordDest SplitRecordDest(std::string_view dest, PathText::LeadByteTest lead) {
+RecordDest SplitRecordDest(std::string_view dest, LeadByteTest lead) {
   RecordDest result;
   for (; !dest.empty(); dest.remove_prefix(1)) {
     if (dest.front() == '*')

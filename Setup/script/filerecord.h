@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/pathparts.h"
+#include "base/leadbyte.h"
 
 struct RecordFields {
   std::string_view disk;
@@ -18,9 +18,9 @@ struct RecordFields {
 [[nodiscard]] bool SplitRecord(std::string_view text, RecordFields& fields);
 // Number of fields that the commas make, empty ones counted.
 size_t CountRecordFields(std::string_view text);
-// Which text to take the fields from when a variable's value brought commas of its own: true when the raw
-// record has exactly four fields and the expanded one more, so that each raw field must be expanded by
-// itself.
+// Which text to take the fields from when a variable's value brought commas of its own: true
+// when the raw record has exactly four fields and the expanded one more, so that each raw field
+// must be expanded by itself.
 [[nodiscard]] bool SplitBeforeExpanding(std::string_view raw, std::string_view expanded);
 // Base-10 integer at the start of the text (blanks and a sign allowed, the rest ignored), limited to what 32
 // bits hold with a sign or without.
@@ -32,8 +32,7 @@ std::string WithRecordSize(std::string_view record, int64_t size);
 
 // Splits a path at its last backslash. `dir` comes without trailing backslash, except a drive's root, and is
 // empty when there is none; `name` is empty when the path ends in a backslash.
-void SplitPathText(std::string_view path, PathText::LeadByteTest lead, std::string_view& dir,
-                   std::string_view& name);
+void SplitPathText(std::string_view path, LeadByteTest lead, std::string_view& dir, std::string_view& name);
 
 struct RecordDest {
   std::string_view dir;       // without trailing backslash, except a drive's root; empty when there is none
@@ -42,4 +41,4 @@ struct RecordDest {
   bool keepExisting = false;  // "?"
 };
 // Takes the prefix characters off a destination and splits the rest.
-RecordDest SplitRecordDest(std::string_view dest, PathText::LeadByteTest lead);
+RecordDest SplitRecordDest(std::string_view dest, LeadByteTest lead);

@@ -8,9 +8,8 @@
 #include <string>
 
 #include "base/assert.h"
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "messages/format.h"
-#include "messages/logfile.h"
 #include "platform/fspath.h"
 #include "script/setupinf.h"
 #include "script/tempnotes.h"

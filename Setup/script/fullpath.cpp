@@ -1,6 +1,6 @@
 #include "script/fullpath.h"
 
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "platform/fs.h"
 #include "platform/pathparts.h"
 
@@ -8,7 +8,7 @@ Str FullLongPath(const char* path) {
   FSPath full(path);
   if (!full.MakeFull()) return Str(path);
   if (full.mPath.Find('~') >= 0)
-    (void)FS::GetLongName(full.mPath);  // a short form that is gone compares as it is
+    static_cast<void>(FS::GetLongName(full.mPath));  // a short form that is gone compares as it is
   return full.mPath;
 }
 

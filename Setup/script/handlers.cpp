@@ -1,9 +1,7 @@
 // The standard line handlers of the script: files, registry lines and variables.
-#include <string>
-
 #include "base/assert.h"
+#include "base/leadbyte.h"
 #include "base/runstate.h"
-#include "base/string.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
 #include "platform/fs.h"
@@ -15,8 +13,8 @@
 
 namespace {
 
-// True when the file already stands there and this run must leave it alone. On a removal it is listed all the
-// same.
+// True when the file already stands there and this run must leave it alone. On a removal
+// it is listed all the same.
 bool KeepExistingFile(const RecordDest& dest, const Str& path) {
   if (!dest.keepExisting || !Run().install || !FS::Exists(path)) return false;
   LogLine(Message("      \"<DestPath>\" already exists. File not <Action>.", kTemplateLiteral)

@@ -1,6 +1,6 @@
 #include "script/langchoice.h"
 
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
 #include "platform/fspath.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/ascii.h"
+#include "platform/pathparts.h"
 
 namespace {
 
@@ -66,7 +67,7 @@ bool IsInstallTempName(std::string_view name) {
          EqualNoCase(name.substr(name.size() - kEnd.size()), kEnd);
 }
 
-bool IsOwnTempPath(std::string_view path, PathText::LeadByteTest lead) {
+bool IsOwnTempPath(std::string_view path, LeadByteTest lead) {
   const size_t slash = PathText::FindLastBackslash(path, lead);
   return slash != PathText::kNone && slash + 1 < path.size() && path[slash + 1] == '~';
 }

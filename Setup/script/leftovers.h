@@ -1,12 +1,12 @@
 #pragma once
-// Text of the list of temporary files that a run notes before it makes them (pure), so that the run after one
-// that was killed can delete them. A line per note, each ended by a line feed; an unfinished last line does
-// not count.
+// Text of the list of temporary files that a run notes before it makes them (pure), so that the run
+// after one that was killed can delete them. A line per note, each ended by a line feed; an unfinished
+// last line does not count.
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/pathparts.h"
+#include "base/leadbyte.h"
 
 struct LeftoverNotes {
   // A folder in which the system's install function makes temporary files of its own naming.
@@ -27,4 +27,4 @@ LeftoverNotes ParseLeftoverNotes(std::string_view text);
 // "ver", one to four hexadecimal digits, ".tmp", in any case: the names that the install function gives.
 bool IsInstallTempName(std::string_view name);
 // Whether a file note may be acted on: only names that begin with "~", as the ones made here do.
-bool IsOwnTempPath(std::string_view path, PathText::LeadByteTest lead);
+bool IsOwnTempPath(std::string_view path, LeadByteTest lead);

@@ -7,7 +7,7 @@
 
 #include "base/errormode.h"
 #include "base/handle.h"
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "messages/filelog.h"
 #include "messages/logfile.h"
 #include "messages/varlist.h"
@@ -90,7 +90,8 @@ bool OpenList() {
 void Write(const std::string& note) {
   if (!OpenList()) return;
   DWORD written = 0;
-  if (!WriteFile(gNotes.file.Get(), note.data(), static_cast<DWORD>(note.size()), &written, nullptr))
+  if (!WriteFile(gNotes.file.Get(), note.data(), static_cast<DWORD>(note.size()), &written, nullptr) ||
+      written != note.size())
     LogLine("The list of temporary files could not be written.");
 }
 

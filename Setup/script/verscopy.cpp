@@ -7,10 +7,11 @@
 
 #include "base/assert.h"
 #include "base/handle.h"
+#include "base/leadbyte.h"
 #include "base/runstate.h"
-#include "base/string.h"
 #include "messages/logfile.h"
 #include "platform/fs.h"
+#include "platform/pathparts.h"
 #include "script/filerecord.h"
 #include "script/shortnames.h"
 #include "script/szdd.h"
@@ -86,11 +87,11 @@ Str OpenableFolder(const char* dir, const char* name) {
 // False for a compressed file that ends before all of its bytes: the install function would install what is
 // there and call that a success.
 bool IsSourceWhole(const Str& path) {
+  constexpr DWORD kPiece = 65536;  // bytes
   if (!IsCompressedName(path)) return true;
   const FileHandle file(CreateFileA(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-  if (!file) return true;          // the install function will say so
-  constexpr DWORD kPiece = 65536;  // bytes
+  if (!file) return true;  // the install function will say so
   std::string bytes;
   for (DWORD got = kPiece; got > 0;) {
     const size_t before = bytes.size();
@@ -136,8 +137,8 @@ uint32_t FindPlace(const VersionApi& api, CopyJob& job) {
   return (found & VFF_BUFFTOOSMALL) != 0 ? static_cast<uint32_t>(vcBufferTooSmall) : 0;
 }
 
-// One call of the install function, with its temporary file removed again. `error` receives the system's
-// error.
+// One call of the install function, with its temporary file removed again. `error`
+// receives the system's error.
 DWORD CallInstall(const VersionApi& api, DWORD flags, const CopyJob& job, const char* destName,
                   DWORD& error) {
   char tmpFile[kPathSize] = "";

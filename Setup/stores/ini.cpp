@@ -1,12 +1,12 @@
 #include "stores/ini.h"
 
 #include <algorithm>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/assert.h"
+#include "base/leadbyte.h"
 #include "base/string.h"
 #include "stores/inistore.h"
 

@@ -5,14 +5,15 @@
 #include <string>
 #include <string_view>
 
+#include "base/leadbyte.h"
+
 constexpr size_t kIniMaxLine = 511;  // characters of a line, a key or a value as read; terminator not counted
 
 // What depends on the system's code page.
 struct IniRules {
   // Makes letters lower-case in place; the size stays.
   void (*lower)(char* text, size_t size);
-  // True for the first byte of a double-byte character.
-  bool (*isLead)(unsigned char byte);
+  LeadByteTest isLead;  // never null
 };
 // Letters A to Z, single bytes only.
 IniRules AsciiIniRules();
@@ -33,8 +34,8 @@ bool IsIniComment(std::string_view line);
 // The same; a key of more than kIniMaxLine characters makes the line none.
 [[nodiscard]] bool ParseIniKeyLine(std::string_view line, std::string_view& key, std::string_view& value);
 
-// A decimal number as far as it goes: blanks and a sign may stand before it, anything behind it; limited to
-// 32 bits.
+// A decimal number as far as it goes: blanks and a sign may stand before it, anything
+// behind it; limited to 32 bits.
 int32_t ParseIniNumber(std::string_view text);
 
 // One line of a file: at most kIniMaxLine bytes; longer ones come in several pieces.
@@ -43,8 +44,8 @@ struct IniPiece {
   bool continues = false;  // goes on with the line of the piece before
 };
 
-// Divides the bytes of a file. CR, LF, CR LF and LF CR each end a line; a NUL hides what follows it in its
-// line.
+// Divides the bytes of a file. CR, LF, CR LF and LF CR each end a line; a NUL hides
+// what follows it in its line.
 class IniFilePieces {
  public:
   explicit IniFilePieces(std::string_view bytes) : mRest(bytes) {}

@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include "base/assert.h"
+#include "base/leadbyte.h"
 #include "base/str.h"
-#include "base/string.h"
 #include "messages/varlist.h"
 #include "platform/folders.h"
 #include "platform/pathparts.h"

@@ -49,8 +49,7 @@ void CheckRecord(std::string_view text) {
 }
 
 void CheckDest(std::string_view text) {
-  for (const PathText::LeadByteTest lead :
-       {PathText::LeadByteTest{nullptr}, PathText::LeadByteTest{IsShiftJisLead}}) {
+  for (const LeadByteTest lead : {LeadByteTest{nullptr}, LeadByteTest{IsShiftJisLead}}) {
     const RecordDest dest = SplitRecordDest(text, lead);
     RequireInside(dest.dir, text);
     RequireInside(dest.name, text);

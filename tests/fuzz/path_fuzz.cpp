@@ -1,7 +1,7 @@
 // sources: platform/pathparts.cpp
-// Splitting and joining are inverse, joining makes exactly one backslash, an extension that is set is read
-// back, and shortening keeps its limit and gives what the plain procedure gives. With and without double-byte
-// characters.
+// Splitting and joining are inverse, joining makes exactly one backslash, an extension that is set is
+// read back, and shortening keeps its limit and gives what the plain procedure gives. With and
+// without double-byte characters.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -22,13 +22,13 @@ bool IsShiftJisLead(unsigned char byte) {
 }
 
 // True for a text that ends in the first half of a character: whatever is appended becomes its second half.
-bool IsCut(std::string_view text, PathText::LeadByteTest lead) {
+bool IsCut(std::string_view text, LeadByteTest lead) {
   size_t pos = 0;
   while (pos < text.size()) pos += lead && lead(static_cast<unsigned char>(text[pos])) ? 2 : 1;
   return pos > text.size();
 }
 
-void CheckSplit(std::string_view path, PathText::LeadByteTest lead) {
+void CheckSplit(std::string_view path, LeadByteTest lead) {
   const PathText::Parts parts = PathText::Split(path, lead);
   std::string whole(parts.volume);
   whole.append(parts.dir).append(parts.name).append(parts.ext);
@@ -42,7 +42,7 @@ void CheckSplit(std::string_view path, PathText::LeadByteTest lead) {
   }
 }
 
-void CheckPick(std::string_view path, PathText::LeadByteTest lead) {
+void CheckPick(std::string_view path, LeadByteTest lead) {
   using namespace PathText;
   const Parts parts = Split(path, lead);
   const std::string name = Pick(path, kFileName, lead);
@@ -56,7 +56,7 @@ void CheckPick(std::string_view path, PathText::LeadByteTest lead) {
   Require(joined == path);
 }
 
-void CheckAppend(std::string_view path, std::string_view component, PathText::LeadByteTest lead) {
+void CheckAppend(std::string_view path, std::string_view component, LeadByteTest lead) {
   if (component.empty() || IsCut(path, lead)) return;
   std::string joined(path);
   PathText::Append(joined, component, lead);
@@ -67,7 +67,7 @@ void CheckAppend(std::string_view path, std::string_view component, PathText::Le
   Require(joined == std::string(head) + "\\" + std::string(tail));
 }
 
-void CheckExtension(std::string_view path, std::string_view text, PathText::LeadByteTest lead) {
+void CheckExtension(std::string_view path, std::string_view text, LeadByteTest lead) {
   std::string changed(path);
   PathText::SetExtension(changed, "", lead);
   Require(changed.size() <= path.size() && path.substr(0, changed.size()) == changed);
@@ -106,7 +106,7 @@ std::string PlainShorten(const std::string& path, const std::string& name, size_
   return name.size() <= max ? name : name.substr(0, max - 4) + " ...";
 }
 
-void CheckShorten(std::string_view path, size_t max, PathText::LeadByteTest lead) {
+void CheckShorten(std::string_view path, size_t max, LeadByteTest lead) {
   const std::string name = PathText::Pick(path, PathText::kFileName, lead);
   const std::string shortened = PathText::Shorten(path, name, max, lead);
   Require(shortened.size() <= max);
@@ -125,8 +125,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view path = text.substr(0, end);
   const std::string_view component =
       end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
-  for (const PathText::LeadByteTest lead :
-       {PathText::LeadByteTest{nullptr}, PathText::LeadByteTest{IsShiftJisLead}}) {
+  for (const LeadByteTest lead : {LeadByteTest{nullptr}, LeadByteTest{IsShiftJisLead}}) {
     CheckSplit(path, lead);
     CheckPick(path, lead);
     CheckAppend(path, component, lead);

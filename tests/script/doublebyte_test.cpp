@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "base/string.h"
+#include "base/leadbyte.h"
 #include "script/fullpath.h"
 #include "script/leftovers.h"
 #include "script/setupinf.h"
