@@ -1,5 +1,4 @@
 #include "script/filetree.h"
-#include "script/fullpath.h"
 #include "script/script_fixture.h"
 #include "script/versioned_file.h"
 #include "support/files.h"
@@ -280,17 +279,6 @@ TEST_F(FileTasks, FileInstWithoutADestinationInstallsAmongTheSharedFiles) {
   EXPECT_EQ(Log(), "    Installing " + Dist("vtinst.dl_") + " to .\n");
   EXPECT_EQ(ReadWholeFile(installed), "expanded");
   DeleteFileA(installed.c_str());
-}
-
-TEST_F(FileTasks, PathsAreComparedAsPlaces) {
-  const std::string folder = mDir.MakeFolder("a long folder name");
-  char shortFolder[MAX_PATH] = "";
-  GetShortPathNameA(folder.c_str(), shortFolder, MAX_PATH);
-  EXPECT_TRUE(IsSamePath(folder.c_str(), shortFolder));
-  EXPECT_TRUE(HoldsPath(folder.c_str(), (folder + "\\x").c_str()));
-  EXPECT_TRUE(HoldsPath((folder + "\\").c_str(), folder.c_str()));
-  EXPECT_FALSE(HoldsPath(folder.c_str(), (folder + "x").c_str()));
-  EXPECT_FALSE(HoldsPath((folder + "\\x").c_str(), folder.c_str()));
 }
 
 }  // namespace
