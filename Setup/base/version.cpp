@@ -9,7 +9,7 @@ constexpr int32_t kFirstBeta = 100;
 }  // namespace
 
 Version::Version(int32_t major, int32_t minor, int32_t revision, int32_t stage)
-    : mValid(1), mMajor(major), mMinor(minor), mRevision(revision), mStage(stage) {}
+    : mValid(true), mMajor(major), mMinor(minor), mRevision(revision), mStage(stage) {}
 
 Version::Version(const Version& other) { *this = other; }
 

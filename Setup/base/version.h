@@ -10,7 +10,7 @@ class Version {
   Version(int32_t major, int32_t minor, int32_t revision, int32_t stage);
   Version(const Version& other);
   Version& operator=(const Version& other);
-  bool IsValid() const { return mValid != 0; }
+  bool IsValid() const { return mValid; }
   int32_t Major() const { return mMajor; }
   int32_t Minor() const { return mMinor; }
   int32_t Revision() const { return mRevision; }
@@ -23,7 +23,7 @@ class Version {
  private:
   bool IsLaterStageThan(const Version& other) const;
 
-  int32_t mValid = 0;
+  bool mValid = false;
   int32_t mMajor = 0;
   int32_t mMinor = 0;
   int32_t mRevision = 0;  // a character code, 0 for none

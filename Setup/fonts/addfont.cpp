@@ -7,7 +7,6 @@
 #include "fonts/font.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
-#include "messages/res.h"
 #include "platform/fio.h"
 #include "platform/fs.h"
 #include "script/files.h"
@@ -46,6 +45,7 @@ Str RemovalInstructions() {
   return MakeTemplate(Run().install ? kNeededByProduct : kRemoveByHand, kTemplateExpand);
 }
 
+// Always false, so that callers can return it; so for ShowNameUnreadable.
 bool ShowCannotInstall(const char* fontName, const char* sourcePath) {
   ShowError(Message(kCannotInstall)
                 .With("FontName", fontName)
@@ -120,8 +120,10 @@ bool PlaceFont(const TrueTypeData& font, const char* sourcePath, const char* des
                 kTemplateLiteral)
             .With("OrigPath", destPath)
             .With("NewPath", dest));
-  if (!FS::Copy(sourcePath, dest, false))
-    return !ReportCopyFailure(font.fullName, FSPath(dest)) && ShowCannotInstall(font.fullName, sourcePath);
+  if (!FS::Copy(sourcePath, dest, false)) {
+    if (!ReportCopyFailure(font.fullName, FSPath(dest))) ShowCannotInstall(font.fullName, sourcePath);
+    return false;
+  }
   if (deleteSource) FS::Delete(sourcePath);
   if (!WriteFontToRegistry(font.fullName, dest)) {
     LogInstallFailure("couldn't write the font data to the registry.", nullptr, nullptr);

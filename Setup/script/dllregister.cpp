@@ -9,7 +9,8 @@
 
 bool CallDllRegistration(const char* path, bool install) {
   if (!FSPath(path).IsFullPath()) return false;  // a bare name would be searched for
-  const ComScope com;                            // registration functions may use COM
+  // Registration functions may use COM.
+  const ComScope com;
   const CriticalErrorGuard guard;
   const ModuleHandle library(LoadLibraryExA(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
   if (!library) return false;

@@ -137,9 +137,10 @@ bool HasLinkExtension(const Str& path) {
 bool GetShortcutFolder(Str& folder) { return Folders::GetProgramsDir(folder); }
 
 bool CreateLinkFile(const LinkRecord& link, const char* linkPath) {
-  const bool complete = VT_ASSERT(Str::Length(link.pathname), "Str::Length(linkRec.pathname)") &
-                        VT_ASSERT(Str::Length(link.desc), "Str::Length(linkRec.desc)");
-  if (!complete || !PathsFit(link) || Str::Length(linkPath) >= FS::kMaxPathNameLen) return false;
+  const bool hasTarget = VT_ASSERT(Str::Length(link.pathname), "Str::Length(linkRec.pathname)");
+  const bool hasDescription = VT_ASSERT(Str::Length(link.desc), "Str::Length(linkRec.desc)");
+  if (!hasTarget || !hasDescription || !PathsFit(link) || Str::Length(linkPath) >= FS::kMaxPathNameLen)
+    return false;
   const ComScope com;
   ComPtr<IShellLinkA> shellLink;
   ComPtr<IPersistFile> file;

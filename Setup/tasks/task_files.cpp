@@ -54,7 +54,7 @@ void RunOperation(const char* task, const Operation& operation, const Str& arg1,
 int32_t Task_file_sys(const char* name, const char* args, void* data) {
   std::vector<Str> fields;
   if (!TaskActsNow(name, args, data)) return 1;
-  (void)TaskArgs(name, args, 1, fields);  // no operation at all is an unknown one
+  static_cast<void>(TaskArgs(name, args, 1, fields));  // no operation at all is an unknown one
   fields.resize(3);
   const Operation* operation = FindOperation(fields[0]);
   if (operation != nullptr)

@@ -19,8 +19,8 @@ namespace {
 // The open-file dialog wants a file name before it accepts OK; this one stands in for it and is never used.
 constexpr char kPlaceholder[] = "Junk";
 
-// A placeholder under which no folder lies in the current folder: the dialog would enter such a folder, not
-// end.
+// A placeholder under which no folder lies in the current folder: the dialog would
+// enter such a folder, not end.
 Str FreePlaceholder() {
   Str name = kPlaceholder;
   Str dir;
@@ -115,7 +115,7 @@ class CurDirKeeper {
   CurDirKeeper(const CurDirKeeper&) = delete;
   CurDirKeeper& operator=(const CurDirKeeper&) = delete;
   ~CurDirKeeper() {
-    if (mKnown) (void)FS::SetCurDir(mDir);  // a folder deleted meanwhile cannot be gone back to
+    if (mKnown) static_cast<void>(FS::SetCurDir(mDir));  // a folder deleted meanwhile cannot be gone back to
   }
 
  private:
