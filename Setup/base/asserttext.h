@@ -8,6 +8,6 @@
 std::string AssertMessage(std::string_view format, std::string_view file, int line,
                           std::string_view expression);
 
-// The decimal digits behind the first "(" of a version text such as "6.0 (1234)"; "NoBuildNum" when there are
-// none.
+// The decimal digits behind the first "(" of a version text such as "6.0 (1234)";
+// "NoBuildNum" when there are none.
 std::string_view BuildNumber(std::string_view version);

@@ -12,8 +12,8 @@ int64_t CapacityFor(int64_t needed);
 template <class Char>
 class CharBuffer {
  public:
-  // Returns the buffer for direct writing, at least `size` characters (terminator included); 0 or less: at
-  // least 1.
+  // Returns the buffer for direct writing, at least `size` characters (terminator
+  // included); 0 or less: at least 1.
   Char* Lock(int32_t size);
   // Ends direct writing; the length is that of the NUL-terminated text found in the buffer.
   void Unlock();

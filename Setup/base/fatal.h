@@ -1,7 +1,7 @@
 #pragma once
-// The two ways in which a low module stops the whole run. The program is built without exceptions: nothing
-// has to be unwound through the system's callbacks, and the entry's hooks report, clean up and end the
-// process.
+// The two ways in which a low module stops the whole run. The program is built without
+// exceptions: nothing has to be unwound through the system's callbacks, and the entry's hooks
+// report, clean up and end the process.
 #include <cstddef>
 #include <cstdint>
 

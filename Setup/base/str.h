@@ -81,8 +81,8 @@ class Str : public CharBuffer<char> {
   static int32_t ICompare(const char* a, const char* b);
   // First occurrence of `pattern` in `text` without regard to case, or null.
   static const char* IFind(const char* text, const char* pattern);
-  // Formats into a buffer of `bufSize` bytes, bounded and terminated; returns the full length the text would
-  // have.
+  // Formats into a buffer of `bufSize` bytes, bounded and terminated; returns the full
+  // length the text would have.
   static int32_t VFormat(char* buffer, int32_t bufSize, const char* format, va_list args);
 
  private:

@@ -1,6 +1,6 @@
 #pragma once
-// Packed list of short texts in one movable block: a 16-bit count, then per entry a length byte and its
-// characters.
+// Packed list of short texts in one movable block: a 16-bit count, then per entry a length
+// byte and its characters.
 #include <cstdint>
 
 #include "base/mem.h"

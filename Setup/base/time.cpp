@@ -63,8 +63,8 @@ uint32_t InRange(int64_t seconds) {
   return seconds >= 0 && seconds < kInvalidTime ? static_cast<uint32_t>(seconds) : kInvalidTime;
 }
 
-// The fields of a count of local seconds that the C library cannot convert: it ends in 2038 and begins in
-// 1970 UTC.
+// The fields of a count of local seconds that the C library cannot convert: it ends in
+// 2038 and begins in 1970 UTC.
 bool FieldsByCalendar(uint32_t localSeconds, std::tm& fields) {
   const FILETIME fileTime = FileTimeOf(localSeconds);
   SYSTEMTIME parts;

@@ -1,6 +1,6 @@
 #pragma once
-// Facts about fonts: what a TrueType file holds, which families this Windows knows, and the system's font
-// list.
+// Facts about fonts: what a TrueType file holds, which families this Windows knows,
+// and the system's font list.
 #include <cstdint>
 
 #include "base/str.h"

@@ -5,8 +5,8 @@
 #include "base/str.h"
 #include "fonts/atm.h"
 
-// Name and version from a PFB file's first comment line; either out value may be null. Each failure logs its
-// line.
+// Name and version from a PFB file's first comment line; either out value may be null.
+// Each failure logs its line.
 [[nodiscard]] bool GetPSNameAndVersion(const char* pfbPath, Str* name, uint32_t* version);
 // Style flags (PsStyle) and names from a PFM file; the names may be null.
 [[nodiscard]] bool GetPfmStyle(const char* pfmPath, uint32_t& style);

@@ -10,13 +10,13 @@ VarList& ConfigList();
 
 // CurrDir, InstallFromDir and SetupHelpDir from the full path of the program file.
 void SetProgramFolders(const Str& modulePath);
-// The variables whose texts are resource strings, raw; those already set keep their value. Needs the language
-// library.
+// The variables whose texts are resource strings, raw; those already set keep their value.
+// Needs the language library.
 void SetResourceVariables();
 // ProgName, CopyrightYear, BuildNum and Version.
 void SetProductVariables(const Str& modulePath);
-// SetupHelpDir, HelpFile, WinDir and, where the conversion manager runs alone, its name for the whole
-// program.
+// SetupHelpDir, HelpFile, WinDir and, where the conversion manager runs alone, its
+// name for the whole program.
 void SetNameVariables();
 
 // Merges the "Config" section of the built-in settings / of the stores named by MachRegKey and UserRegKey.

@@ -8,8 +8,8 @@ namespace App {
 // process's whole command line. The result is the process's exit code.
 int Main(HINSTANCE instance, const char* commandLine);
 
-// The end of every run, also of one that was broken off: releases what is held, moves the log to its final
-// name.
+// The end of every run, also of one that was broken off: releases what is held, moves
+// the log to its final name.
 void CleanUp();
 
 }  // namespace App

@@ -6,8 +6,8 @@
 
 enum SelectionMode : int32_t { kModeInstall = 1, kModeWorkstation = 2, kModeRemove = 3 };
 
-// Mode of a radio button; asserts for one that is no valid selection and gives the mode of the install
-// button.
+// Mode of a radio button; asserts for one that is no valid selection and gives the
+// mode of the install button.
 SelectionMode ModeOfButton(int buttonId, bool workstation);
 // String id of the folder field's label.
 unsigned FolderLabel(SelectionMode mode);
@@ -22,6 +22,6 @@ unsigned InstallText();
 
 // Shows the dialog; false when the user quit. Choosing removal clears the install flag.
 [[nodiscard]] bool ShowMainDialog();
-// The effects of OK with the dialog's default state, for a run without dialogs. Trouble is logged, and the
-// run goes on.
+// The effects of OK with the dialog's default state, for a run without dialogs. Trouble is
+// logged, and the run goes on.
 void AcceptMainDefaults();

@@ -7,8 +7,8 @@
 
 namespace {
 
-// A success of the call alone says nothing: a privilege that the user lacks is reported by the last error
-// only.
+// A success of the call alone says nothing: a privilege that the user lacks is
+// reported by the last error only.
 bool EnableShutdownPrivilege() {
   KernelHandle token;
   if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, token.Put()))

@@ -26,8 +26,8 @@ void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete(void* block, size_t) noexcept { std::free(block); }
 void operator delete[](void* block, size_t) noexcept { std::free(block); }
 
-// What containers call when they cannot go on: a size that no memory can hold, or a fault of the program
-// itself.
+// What containers call when they cannot go on: a size that no memory can hold, or a
+// fault of the program itself.
 namespace std {
 
 void __throw_bad_alloc() { Exhausted(); }

@@ -1,6 +1,6 @@
 #pragma once
-// Earlier major versions of the product, removed by their own setup programs before this version is
-// installed.
+// Earlier major versions of the product, removed by their own setup programs before
+// this version is installed.
 #include <cstdint>
 
 // Looks for major version `majVers` (4 or more) and removes it. Nothing found is success; false only when a

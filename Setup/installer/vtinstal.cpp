@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
+#include "base/leadbyte.h"
 #include "base/runstate.h"
-#include "base/string.h"
 #include "installer/VTConfig.h"
 #include "installer/exitcodes.h"
 #include "installer/maindlg.h"
@@ -13,7 +13,6 @@
 #include "messages/filelog.h"
 #include "messages/format.h"
 #include "messages/logfile.h"
-#include "messages/res.h"
 #include "messages/varlist.h"
 #include "oleserver/regdlg.h"
 #include "platform/folders.h"
@@ -75,8 +74,8 @@ bool RemoveEarlierVersions() {
   return true;
 }
 
-// The earlier installation's folder by its full long name, written as the folders are with which it is
-// compared.
+// The earlier installation's folder by its full long name, written as the folders are
+// with which it is compared.
 void NormaliseOldFolder() {
   Str folder = AppGetExpanded("OldAppDir");
   if (PathText::EndsInBackslash(folder.View(), IsAnsiLeadByte)) folder = FSPath(folder).Parent();
@@ -202,8 +201,8 @@ bool FolderTakesFiles() {
   return AppGetExpanded("ProgDir").Length() + kShortestName < FS::kMaxPathNameLen;
 }
 
-// Copies or deletes the listed files and then runs the section's second pass. False when the files were not
-// done.
+// Copies or deletes the listed files and then runs the section's second pass. False when
+// the files were not done.
 bool PerformFilesAndTasks(const char* section, SequenceResult& result) {
   if (Run().abort) return false;
   if (Run().install && !FolderTakesFiles()) return false;

@@ -21,8 +21,8 @@ bool ReplaceItem(Str& text, const char* name, int32_t item);
 bool FormatInt(const char* fmtSpec, const void* item, Str& out);   // item: int32_t
 bool FormatText(const char* fmtSpec, const void* item, Str& out);  // item: NUL-terminated text
 [[nodiscard]] bool DecodeFormatSpec(const char* fmtSpecStr, FormatSpec& fmtSpec);
-// Takes the first placeholder of that name at or after `index` out of the text: its position, or -1, and its
-// specification.
+// Takes the first placeholder of that name at or after `index` out of the text: its position, or
+// -1, and its specification.
 int32_t TakePlaceholder(Str& text, const char* name, int32_t index, Str* fmtSpec);
 
 // A template being filled, in one expression:

@@ -15,9 +15,9 @@ struct FormatSpec {
   int32_t width = 0;
 };
 
-// Optional "0" (the pad), optional width, optional format character; what follows is not looked at. False
-// when the format character is none of the known ones: `spec` then has the pad and width and keeps its former
-// format.
+// Optional "0" (the pad), optional width, optional format character; what follows is not looked at.
+// False when the format character is none of the known ones: `spec` then has the pad and width and
+// keeps its former format.
 [[nodiscard]] bool ParseFormatSpec(std::string_view text, FormatSpec& spec);
 
 // A placeholder of a text: text[pos, pos + size).

@@ -21,8 +21,8 @@ namespace {
 constexpr char kLogName[] = "QLSetup.log";
 constexpr unsigned kNoLogQuestion = 368;
 
-// The open log and its path. The path is kept in the OEM code page where the file could be opened by that
-// form.
+// The open log and its path. The path is kept in the OEM code page where the file
+// could be opened by that form.
 FileHandle gLog;
 char gLogPath[FS::kMaxPathNameLen];
 

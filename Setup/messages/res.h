@@ -32,8 +32,8 @@ void GetResStr(unsigned strID, int32_t index, char* buffer, int32_t strMax, uint
 const char* GetResStr(unsigned strID);
 // Asserts that a string id names no string.
 void ReportMissingString();
-// The part after the first "!"; the part before it. The whole text when there is none. Unexpanded, not
-// continued.
+// The part after the first "!"; the part before it. The whole text when there is none.
+// Unexpanded, not continued.
 void GetResStrAfterTag(unsigned strID, int32_t index, Str& result);
 void GetResStrBeforeTag(unsigned strID, int32_t index, Str& result);
 // The text between the first and second "!", empty when untagged or "!END!".

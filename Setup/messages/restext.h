@@ -14,6 +14,6 @@ constexpr int32_t kMaxRunLength = 100;
 
 // A long message: joins the texts of a run, kMaxRunLength at most and 1024 characters of each.
 Str JoinResStrings(unsigned firstId);
-// The `count` strings from `firstId` on as a packed list, with the flags of GetResStr. A missing one is an
-// empty entry.
+// The `count` strings from `firstId` on as a packed list, with the flags of GetResStr. A
+// missing one is an empty entry.
 StrList ListResStrings(unsigned firstId, int32_t count, uint32_t flags);

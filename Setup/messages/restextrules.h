@@ -12,8 +12,8 @@ struct ResPiece {
   uint32_t nextId = 0;
 };
 
-// `id` is that of this piece, `firstId` the one that was asked for: it decides what the numbers of a chain
-// count from.
+// `id` is that of this piece, `firstId` the one that was asked for: it decides what the
+// numbers of a chain count from.
 ResPiece SplitPiece(std::string_view piece, uint32_t id, uint32_t firstId);
 
 // The text behind its tag; `tagOpen` is set when a tag begins and never ends. "!END!" is no tag.

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-// Where a call that fills placeholders ends, however its text goes on: a variable that contains itself has no
-// end.
+// Where a call that fills placeholders ends, however its text goes on: a variable that
+// contains itself has no end.
 struct ExpandLimits {
   int32_t replacements = 10000;
   size_t size = 1024 * 1024;  // bytes; the last replacement may go beyond

@@ -1,6 +1,6 @@
 #pragma once
-// VarList: ordered name/value list, newest first. Names are compared byte for byte. A frozen entry keeps its
-// value.
+// VarList: ordered name/value list, newest first. Names are compared byte for byte. A
+// frozen entry keeps its value.
 #include <cstdint>
 
 #include "base/str.h"
@@ -14,8 +14,8 @@ class VarList {
   VarList(const VarList&) = delete;
   VarList& operator=(const VarList&) = delete;
 
-  // A leading "%" in the name freezes the variable, as does `isMutable` false. An empty name is logged and
-  // ignored.
+  // A leading "%" in the name freezes the variable, as does `isMutable` false. An empty
+  // name is logged and ignored.
   void Set(const char* varName, const char* value, bool isMutable = true);
   bool Get(const char* varName, Str& result) const;
   bool GetExpanded(const char* varName, Str& result, uint32_t flags) const;
@@ -25,8 +25,8 @@ class VarList {
   // "True"/"Yes"/"1" and "False"/"No"/"0"; anything else asserts and leaves `result`.
   bool GetBool(const char* varName, bool& result) const;
   void SetBool(const char* varName, bool flag, bool isMutable = true);
-  // Calls visitor(name, value, isMutable) from the newest on; stops and returns false as soon as it returns
-  // false.
+  // Calls visitor(name, value, isMutable) from the newest on; stops and returns false as
+  // soon as it returns false.
   template <class Visitor>
   bool ForEach(Visitor visitor) const {
     for (const Variable& variable : mTable.All())

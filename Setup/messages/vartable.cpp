@@ -53,9 +53,9 @@ class VarTable::Expansion {
     size_t at = 0;
   };
 
-  // Leaves exactly the margin, or all there is, between the start of the middle and the first placeholder.
-  // The text before it does not change while placeholders are replaced, so none can begin further to the left
-  // afterwards.
+  // Leaves exactly the margin, or all there is, between the start of the middle and the first
+  // placeholder. The text before it does not change while placeholders are replaced, so none can begin
+  // further to the left afterwards.
   void TrimFront(size_t first) {
     if (first > mMargin) {
       mFront.append(mMiddle, 0, first - mMargin);
@@ -67,8 +67,8 @@ class VarTable::Expansion {
     }
   }
 
-  // Sets aside what lies more than the margin behind the last placeholder, of the `behind` bytes that follow
-  // it.
+  // Sets aside what lies more than the margin behind the last placeholder, of the
+  // `behind` bytes that follow it.
   void TrimBack(size_t behind) {
     if (behind <= mMargin) return;
     BackPiece piece{mMiddle.substr(mMiddle.size() - (behind - mMargin))};

@@ -1,6 +1,6 @@
 #pragma once
-// The variables of a list, newest first, with their names indexed, and the filling of <Name> placeholders.
-// Pure.
+// The variables of a list, newest first, with their names indexed, and the filling of
+// <Name> placeholders. Pure.
 #include <bitset>
 #include <cstdint>
 #include <list>

@@ -35,8 +35,8 @@ struct WordMacroFiles {
 
 // Records the files for a row and looks (and logs) whether its startup folder is there.
 void SetWordMacro(int32_t row, const WordMacroFiles& files);
-// Copies the recorded files into the startup folder of every version found, newest first, one copy per
-// folder.
+// Copies the recorded files into the startup folder of every version found, newest
+// first, one copy per folder.
 void InstallWordMacros();
 // Deletes the recorded files from every startup folder there is.
 void RemoveWordMacros();

@@ -81,8 +81,8 @@ void AdjustUserStyles(IniStore* target, bool ownProduct) {
   IniWriteString(target, "User1", changed);
 }
 
-// The other font that the system puts in this one's place. Names may carry a ",charset" tail; one without
-// comes first.
+// The other font that the system puts in this one's place. Names may carry a ",charset" tail;
+// one without comes first.
 bool FindSubstitute(const Str& font, Str& substitute) {
   KWinRegistry substitutes;
   if (font.IsEmpty() || !substitutes.OpenRooted(kSubstitutesKey, wrRead)) return false;

@@ -78,8 +78,8 @@ Str UserType(const Str& classId) {
   return name.Ansi();
 }
 
-// Key that remembers what a server's objects were converted to; false without a registry store of the
-// product.
+// Key that remembers what a server's objects were converted to; false without a
+// registry store of the product.
 bool SavedTargetKey(const Str& classId, HKEY& root, Str& subKey) {
   const Str store = AppGetExpanded("MachRegKey");
   if (store.IsEmpty() || !IniParsePath(store, root, subKey) || root == nullptr || subKey.IsEmpty())

@@ -21,8 +21,8 @@ class COLEEquationReg {
   Str ServerPath() const;
   // The system's registered user-type name; empty when there is none.
   Str UserTypeName() const;
-  // What lists show: the user-type name, else the ProgID, else the class; the oldest releases have a name of
-  // their own.
+  // What lists show: the user-type name, else the ProgID, else the class; the oldest releases
+  // have a name of their own.
   Str DisplayName() const;
   ServerDescription Description() const;
   // The class its objects are converted to; false when to none.

@@ -116,8 +116,8 @@ bool KWinRegistry::GetValue(const char* name, Str& value) {
   VT_ASSERT(name, "name");
   value = "";
   LONG result = ERROR_MORE_DATA;
-  // Somebody else may have written a longer value since the sizes were cached: then they are asked for once
-  // more.
+  // Somebody else may have written a longer value since the sizes were cached: then they
+  // are asked for once more.
   for (int attempt = 0; attempt < 2 && result == ERROR_MORE_DATA; attempt++) {
     if (!LoadInfo()) return false;
     std::vector<char> data(mMaxValueLen + 1);

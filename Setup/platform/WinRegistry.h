@@ -36,8 +36,8 @@ class KWinRegistry {
   bool SetDefaultValue(const char* value);
   // False also when there is no such value.
   bool DeleteValue(const char* name);
-  // Deletes the subkey and everything below it; one that is missing is made and deleted. An empty name is
-  // refused.
+  // Deletes the subkey and everything below it; one that is missing is made and deleted.
+  // An empty name is refused.
   bool DeleteKey(const char* name);
   // Copies every REG_SZ value and, recursively, every subkey into `destKey`.
   bool CopyKey(KWinRegistry& destKey);

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstring>
-#include <span>
 #include <vector>
 
 #include "base/dynlib.h"

@@ -8,8 +8,8 @@
 // Others must not be mapped: reading them leads out of the mapping.
 [[nodiscard]] bool IsWholeImage(const char* path);
 
-// The "FileVersion" text of a file; without one "major.minor.revision.build"; false when it has no version
-// resource.
+// The "FileVersion" text of a file; without one "major.minor.revision.build"; false when it
+// has no version resource.
 [[nodiscard]] bool GetFileVersionText(const char* path, Str& text);
 // The language id of a file's only translation (\VarFileInfo\Translation); -1 when it cannot be read, and -1
 // with `several` set when more than one is listed.

@@ -1,7 +1,6 @@
 #include "platform/fio.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/assert.h"
 #include "base/errormode.h"

@@ -23,8 +23,8 @@ struct FioFile {
 [[nodiscard]] FioResult FioOpen(const char* path, FioMode mode, FioFile& file);
 [[nodiscard]] FioResult FioCreate(const char* path, FioMode mode, FioFile& file);
 FioResult FioClose(FioFile& file);
-// Reads up to `count` bytes; `got`, when given, receives how many. Nothing read: fioEOF. A failure tells the
-// user.
+// Reads up to `count` bytes; `got`, when given, receives how many. Nothing read: fioEOF.
+// A failure tells the user.
 [[nodiscard]] FioResult FioRead(FioFile& file, uint32_t count, void* buffer, uint32_t* got = nullptr);
 [[nodiscard]] FioResult FioWrite(FioFile& file, uint32_t count, const void* buffer);
 // Reads one line (or a piece of maxlen - 1 bytes of a longer one), terminated, without its line end.

@@ -41,8 +41,8 @@ DWORD PutInPlace(const char* temp, const char* dest, bool failIfExists) {
   return MoveFileA(temp, dest) ? ERROR_SUCCESS : GetLastError();
 }
 
-// Copies through a temporary file beside the target; a system error code. `full` is the target's absolute
-// path.
+// Copies through a temporary file beside the target; a system error code. `full` is
+// the target's absolute path.
 DWORD CopyBeside(const char* src, const FSPath& full, bool failIfExists) {
   TempNames names(full.Parent(), "~vt");
   while (names.Next()) {

@@ -19,8 +19,8 @@ constexpr uint32_t BytesKB(uint64_t bytes) {
   return bytes / 1024 > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(bytes / 1024);
 }
 
-// Our type for the system's drive type; false for a drive without root folder and for an unknown type, which
-// asserts.
+// Our type for the system's drive type; false for a drive without root folder and for an
+// unknown type, which asserts.
 [[nodiscard]] bool VolumeTypeOf(uint32_t driveType, VolumeType& type);
 
 }  // namespace FS

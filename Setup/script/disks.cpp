@@ -2,13 +2,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <string>
 
 #include "base/assert.h"
 #include "base/runstate.h"
 #include "messages/filelog.h"
 #include "messages/format.h"
-#include "messages/logfile.h"
 #include "messages/varlist.h"
 #include "platform/fs.h"
 #include "script/files.h"

@@ -31,8 +31,8 @@ uint64_t TotalFileSize();
 // False when the user cancelled (the abort flag is set).
 [[nodiscard]] bool CheckSpace();
 [[nodiscard]] bool CopyAll();
-// Deletes the listed files. `held`, the path of one that this program itself still has open, is left to the
-// caller.
+// Deletes the listed files. `held`, the path of one that this program itself still has
+// open, is left to the caller.
 bool DeleteAll(const Str& held = Str());
 // `waiting` receives the path of the copy that waits for the restart, when there is one.
 [[nodiscard]] bool CopyOneFile(const char* infile, const char* outfile, Str* waiting = nullptr);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <string>
 
 #include "base/assert.h"
 #include "messages/format.h"
@@ -149,8 +148,8 @@ InfResult SetupScript::DoSection(const char* section, const InfHandlers& handler
   return result;
 }
 
-// A handler may move the store to another section, so the walk positions on its own section and line anew
-// each time.
+// A handler may move the store to another section, so the walk positions on its own section
+// and line anew each time.
 InfResult SetupScript::WalkSection(const char* section, const InfHandlers& handlers, void* context) {
   for (int32_t done = 0;; ++done) {
     if (!IniFindSection(mStore.get(), section)) return NoSection(section);

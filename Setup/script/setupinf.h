@@ -1,6 +1,6 @@
 #pragma once
-// SetupScript: the setup script, walked section by section, line by line, each line handed to a handler by
-// its kind.
+// SetupScript: the setup script, walked section by section, line by line, each line handed
+// to a handler by its kind.
 #include <cstdint>
 #include <string_view>
 

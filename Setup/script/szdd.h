@@ -9,6 +9,6 @@ constexpr size_t kSzddHeaderSize = 14;  // bytes
 
 // Whether `bytes` begin like such a file.
 bool IsSzdd(std::string_view bytes);
-// Whether a file that IsSzdd holds all that its header promises. The system installs what is there of one cut
-// short.
+// Whether a file that IsSzdd holds all that its header promises. The system installs what
+// is there of one cut short.
 bool IsSzddWhole(std::string_view bytes);

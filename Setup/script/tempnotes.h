@@ -1,7 +1,7 @@
 #pragma once
-// Keeps the list of temporary files in use ("QLSetup.lst" in TempDir) while files are installed. A run that
-// ends normally removes the list; a run that was killed leaves it to the next one, which deletes what it
-// names.
+// Keeps the list of temporary files in use ("QLSetup.lst" in TempDir) while files are installed.
+// A run that ends normally removes the list; a run that was killed leaves it to the next one,
+// which deletes what it names.
 #include <vector>
 
 #include "base/str.h"
@@ -16,9 +16,9 @@ class TempNotesScope {
   ~TempNotesScope();
 };
 
-// Notes, once per scope, that files are about to be installed into `dir`, where the install function makes
-// temporary files of its own. Without a list (no TempDir, or it cannot be written) the run goes on without
-// notes.
+// Notes, once per scope, that files are about to be installed into `dir`, where the install
+// function makes temporary files of its own. Without a list (no TempDir, or it cannot be written)
+// the run goes on without notes.
 void NoteInstallFolder(const char* dir);
 // Notes a temporary file of ours before it is made; its name begins with "~".
 void NoteTempFile(const char* path);

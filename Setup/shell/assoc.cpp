@@ -60,8 +60,8 @@ OpenWithEntries ReadEntries(KWinRegistry& list, const Str& application, bool any
   return entries;
 }
 
-// The letter behind the greatest, "a" for an empty list; behind "z" the first that is free, 0 when there is
-// none.
+// The letter behind the greatest, "a" for an empty list; behind "z" the first that is
+// free, 0 when there is none.
 char NextLetter(const OpenWithEntries& entries) {
   if (entries.greatest == 0) return 'a';
   if (entries.greatest < 'z') return static_cast<char>(entries.greatest + 1);
@@ -80,8 +80,8 @@ bool GetProgramName(Str& progName, const char* assertion) {
   return VT_ASSERT(AppGetVariable("AppProgName", progName), assertion) && !progName.IsEmpty();
 }
 
-// The text names the product's program. A program name of one or two letters would be found in almost any
-// text.
+// The text names the product's program. A program name of one or two letters would be
+// found in almost any text.
 bool NamesProgram(const Str& text, const Str& progName) {
   Str program(progName);
   program.Append(".exe");

@@ -1,6 +1,6 @@
 #pragma once
-// File associations: the product's document class, Explorer's open-with lists, and conflicts with other
-// programs.
+// File associations: the product's document class, Explorer's open-with lists, and
+// conflicts with other programs.
 #include "base/str.h"
 
 // Registers a document class by the script in the resources, unless the ProgID is registered already.

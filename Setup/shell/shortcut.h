@@ -5,8 +5,8 @@
 
 #include "base/str.h"
 
-// One shortcut. Texts of up to 259 characters: a longer description or longer arguments are cut, a longer
-// path fails.
+// One shortcut. Texts of up to 259 characters: a longer description or longer arguments are
+// cut, a longer path fails.
 struct LinkRecord {
   Str name;  // file name without ".lnk"
   Str desc;

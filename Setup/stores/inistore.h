@@ -1,6 +1,6 @@
 #pragma once
-// The record of an open INI store, and what its kinds do at opening and closing. For the store's own modules
-// only.
+// The record of an open INI store, and what its kinds do at opening and closing. For the
+// store's own modules only.
 #include <string>
 #include <vector>
 

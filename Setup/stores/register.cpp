@@ -59,9 +59,9 @@ bool FirstSubKey(HKEY key, WStr& name) {
   return true;
 }
 
-// Deletes a key with all below it and counts the keys that stay; `unopened` is the count for a key that
-// cannot be opened. Names are wide: one that the code page cannot hold would read as that of a key that is
-// not there.
+// Deletes a key with all below it and counts the keys that stay; `unopened` is the count for a key
+// that cannot be opened. Names are wide: one that the code page cannot hold would read as that of
+// a key that is not there.
 int32_t DeleteTree(HKEY key, const wchar_t* subKey, int32_t unopened) {
   KeyHandle opened;
   if (RegOpenKeyExW(key, subKey, 0, DELETE | KEY_ENUMERATE_SUB_KEYS, opened.Put()) != ERROR_SUCCESS)

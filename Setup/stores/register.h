@@ -19,8 +19,8 @@ enum RegContains : int32_t { kRegMissing = 0, kRegOther = 1, kRegContains = 2 };
 int32_t RegValueContains(HKEY root, const char* subKey, const char* valueName, const char* text, Str* out);
 // Deletes the value, then closes `key` unless it is a predefined root: the handle is gone afterwards.
 bool RegDeleteSubKeyValue(HKEY key, const char* subKey, const char* valueName);
-// Deletes the subkey with all below it; returns how many keys could not be deleted. An empty subkey is
-// refused.
+// Deletes the subkey with all below it; returns how many keys could not be deleted. An
+// empty subkey is refused.
 int32_t RegDeleteKeyTree(HKEY key, const char* subKey);
 // Null for an unknown name.
 HKEY RootKeyFromName(const char* text);

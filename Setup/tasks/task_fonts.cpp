@@ -3,7 +3,6 @@
 #include "fonts/addfont.h"
 #include "fonts/font.h"
 #include "messages/format.h"
-#include "messages/varlist.h"
 #include "tasks/infproc.h"
 #include "tasks/tasks.h"
 #include "ui/err.h"
@@ -29,8 +28,8 @@ int32_t Task_install_tt_font(const char* name, const char* args, void* data) {
     return 1;
   }
   const std::vector<Str> fields = TaskArgs(name, args);
-  // TTSysDir was not known when the line was expanded. What goes wrong is logged and shown; the script goes
-  // on.
+  // TTSysDir was not known when the line was expanded. What goes wrong is logged and
+  // shown; the script goes on.
   static_cast<void>(InstallTTFont(ExpandedArgAt(fields, 0), ExpandedArgAt(fields, 1), false));
   return 1;
 }

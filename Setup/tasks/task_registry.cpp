@@ -1,6 +1,5 @@
 // Registry and INI tasks: add_reg_chk_exist, remove_reg_chk_exist and remove_ini_path (pass 1), register_dll
 // (installation: pass 1, removal: pass 0), get_ini_var (always).
-#include "base/assert.h"
 #include "base/runstate.h"
 #include "messages/format.h"
 #include "messages/logfile.h"

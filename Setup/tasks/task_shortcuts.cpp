@@ -1,5 +1,5 @@
-// Shortcut tasks: add_icon, add_icon_group, empty_icon_group, remove_icon_group and create_link. All act in
-// pass 1.
+// Shortcut tasks: add_icon, add_icon_group, empty_icon_group, remove_icon_group and
+// create_link. All act in pass 1.
 #include "shell/shortcut.h"
 #include "tasks/infproc.h"
 #include "tasks/tasks.h"

@@ -113,8 +113,8 @@ HGLOBAL LoadDialogTemplate(unsigned id) {
   return found ? LoadResource(module, found) : nullptr;
 }
 
-// The template is handed over as memory: the library is open as data only and is no instance a window could
-// belong to.
+// The template is handed over as memory: the library is open as data only and is no instance
+// a window could belong to.
 INT_PTR RunDialog(unsigned id, HWND owner, DLGPROC proc, LPARAM param) {
   if (Run().IsQuiet()) return -1;
   const HGLOBAL loaded = LoadDialogTemplate(id);

@@ -28,8 +28,8 @@ void ShowError(const char* text);
 void ShowWarning(const char* text);
 void ShowInfo(const char* text);
 void ShowPlain(const char* text);
-// Each returns an Answer, or the system's failure value for a box that could not be shown (as the second
-// button).
+// Each returns an Answer, or the system's failure value for a box that could not be
+// shown (as the second button).
 int32_t AskErrorOkCancel(const char* text);
 int32_t AskOkCancel(const char* text);
 int32_t AskYesNo(const char* text);

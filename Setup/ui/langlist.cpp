@@ -72,8 +72,8 @@ LibraryNames NamesOf(const char* given) {
   return names;
 }
 
-// Calls visitor(path) for each library of the prefix in the folder until it returns false. An unusable prefix
-// has none.
+// Calls visitor(path) for each library of the prefix in the folder until it returns false. An
+// unusable prefix has none.
 template <class Visitor>
 void ForEachLibrary(const char* folder, const Str& prefix, Visitor visitor) {
   if (prefix.IsEmpty() || !*folder) return;

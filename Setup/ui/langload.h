@@ -26,8 +26,8 @@ class CLangLib {
   Str mPath;  // the system does not tell the path of a library that is loaded as data
 };
 
-// Loads the library for `language` from CurrDir; without one the program itself serves its own language. Sets
-// SysLang.
+// Loads the library for `language` from CurrDir; without one the program itself serves its
+// own language. Sets SysLang.
 [[nodiscard]] bool LoadLanguage(int32_t language);
 // The whole choice at start-up, with its log lines.
 [[nodiscard]] bool ChooseAndLoadLanguage();

@@ -1,6 +1,6 @@
 // sources: stores/configcodec.cpp
-// Any bytes decode without fault; what is encoded reads back the same; one changed or missing byte is
-// noticed.
+// Any bytes decode without fault; what is encoded reads back the same; one changed or
+// missing byte is noticed.
 #include <cstdint>
 #include <cstdlib>
 #include <span>

@@ -1,6 +1,6 @@
 // sources: tasks/splitargs.cpp
-// Any argument text splits; fields are trimmed, hold no comma unless quoted, and lie in the text in their
-// order.
+// Any argument text splits; fields are trimmed, hold no comma unless quoted, and lie in
+// the text in their order.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // sources: script/szdd.cpp
-// A file that is whole stays so with more bytes behind it, and one that is not stays so when it is cut
-// further.
+// A file that is whole stays so with more bytes behind it, and one that is not stays
+// so when it is cut further.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

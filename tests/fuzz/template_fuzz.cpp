@@ -1,6 +1,6 @@
 // sources: messages/formatspec.cpp messages/restextrules.cpp
-// Placeholders are found where the rules say, filling them ends, and numbers read back as the number they
-// show.
+// Placeholders are found where the rules say, filling them ends, and numbers read back
+// as the number they show.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // dialog_driver [WINDOW OPTION...] ACTION...     finds a window of another program and drives it
 //
-// Which window (all that are given must hold; the first visible top-level window in front-to-back order is
-// taken):
+// Which window (all that are given must hold; the first visible top-level window in
+// front-to-back order is taken):
 //   -caption TEXT   -starts TEXT (of the caption)   -class NAME   -has ID (it has this control)   -text ID
 //   TEXT -any            invisible windows too -t MS           how long each wait may last (10000)
 // Actions, in order; a new window option after an action begins a new search:
@@ -22,8 +22,8 @@
 //   rect                  prints the window's place on the screen: left top width height
 //   close                 posts WM_CLOSE                 gone   waits until this window no longer exists or
 //   is hidden windows               prints all visible top-level windows: class, caption
-// Exit codes: 0; 1 no such window; 2 usage; 3 no such control; 4 a wait was in vain; 5 the window does not
-// answer.
+// Exit codes: 0; 1 no such window; 2 usage; 3 no such control; 4 a wait was in vain; 5
+// the window does not answer.
 #include <windows.h>
 
 #include <cstdio>

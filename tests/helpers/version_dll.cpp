@@ -6,8 +6,8 @@
 //   destination folder VT_VERFIND          results of the calls of VerFindFileA, in the same way
 //   VT_VERFIND_CURRENT  the folder handed back as the place where the file is now
 //   VT_VERSION_LOG      a file that gets one line for each call
-// A result of 0 copies the source over the destination (or, as the real one, over the name in the destination
-// folder).
+// A result of 0 copies the source over the destination (or, as the real one, over the name in
+// the destination folder).
 #include <windows.h>
 
 #include <cstdio>

@@ -32,8 +32,8 @@ class OfficeTest : public UiTest {
     EXPECT_EQ(TaskDispatch(("$" + name).c_str(), args.c_str(), &pass), 1);
     return Log();
   }
-  // Makes Word of an Office version known, with its program folder below the test's own; the startup folder
-  // is created.
+  // Makes Word of an Office version known, with its program folder below the test's own; the
+  // startup folder is created.
   std::string AddWord(int version, const std::string& folder) {
     const std::string root = mDir.MakeFolder(folder);
     mDir.MakeFolder(folder + "\\Startup");

@@ -1,5 +1,5 @@
-// The conversion manager and its details dialog, driven from a second thread by control ids and by the
-// keyboard.
+// The conversion manager and its details dialog, driven from a second thread by control
+// ids and by the keyboard.
 #include "oleserver/regdlg.h"
 
 #include "oleserver/ole_fixture.h"

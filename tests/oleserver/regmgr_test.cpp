@@ -1,5 +1,5 @@
-// Equation servers in the registry: what is found, what is known of each, and whose objects the product
-// takes.
+// Equation servers in the registry: what is found, what is known of each, and whose
+// objects the product takes.
 #include "oleserver/regmgr.h"
 
 #include "oleserver/ole_fixture.h"

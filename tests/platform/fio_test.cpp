@@ -358,8 +358,8 @@ TEST(FioTransfer, FailedReadAndWriteAreReportedOnceEach) {
   EXPECT_EQ(gFailures, (std::vector<bool>{false, true}));
 }
 
-// The sizes of the transfers asked of the system, and what the system answers to each after the first
-// `gGoodTransfers`.
+// The sizes of the transfers asked of the system, and what the system answers to each after
+// the first `gGoodTransfers`.
 std::vector<DWORD> gTransfers;
 size_t gGoodTransfers = 0;
 enum class Trouble { kNone, kShort, kFull, kRefused } gTrouble = Trouble::kNone;

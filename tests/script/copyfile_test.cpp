@@ -227,8 +227,8 @@ TEST_F(FileCopy, TheStatusIsLoggedAsANumber) {
   EXPECT_TRUE(Holds(Log(), "CopyFileByName: vcError 512\n"));
 }
 
-// The read-only test comes after the install function has failed on a file whose attribute could not be
-// cleared.
+// The read-only test comes after the install function has failed on a file whose
+// attribute could not be cleared.
 DWORD WINAPI LockingInstall(DWORD, LPCSTR, LPCSTR destFile, LPCSTR, LPCSTR destDir, LPCSTR, LPSTR, PUINT) {
   SetFileAttributesA((std::string(destDir) + "\\" + destFile).c_str(), FILE_ATTRIBUTE_READONLY);
   return VIF_WRITEPROT;

@@ -32,8 +32,8 @@ class SetupDriver {
     GetWindowThreadProcessId(window, &mProcess);
   }
 
-  // The enabled, visible window with that control that is in front of the run; null (and a failed test) when
-  // none comes.
+  // The enabled, visible window with that control that is in front of the run; null (and a
+  // failed test) when none comes.
   HWND WaitFor(int controlId) {
     HWND found = nullptr;
     const bool came = WaitUntil([&] { return (found = Find(controlId)) != nullptr; }, 20000);

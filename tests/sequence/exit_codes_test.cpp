@@ -1,5 +1,5 @@
-// Every exit code that a silent run can end with, its message in the log, and that nothing is shown or
-// changed.
+// Every exit code that a silent run can end with, its message in the log, and that
+// nothing is shown or changed.
 #include <gtest/gtest.h>
 #include <windows.h>
 

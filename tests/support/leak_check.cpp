@@ -49,8 +49,8 @@ std::string Ask(HANDLE handle, ULONG kind) {
   return text;
 }
 
-// Events, semaphores and the like are left out: the system's libraries make them when first used and keep
-// them.
+// Events, semaphores and the like are left out: the system's libraries make them when
+// first used and keep them.
 bool IsOfInterest(const std::string& type) {
   for (const char* kind : {"File", "Key", "Process", "Thread", "Token", "Section"})
     if (type == kind) return true;

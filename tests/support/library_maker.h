@@ -30,6 +30,6 @@ struct LibrarySpec {
 
 std::string MakeLibrary(const LibrarySpec& spec);
 
-// A file compressed as expand.exe and LZCopy read it (without any saving), with the last letter of the name
-// it replaces.
+// A file compressed as expand.exe and LZCopy read it (without any saving), with the last letter
+// of the name it replaces.
 std::string MakeLzFile(const std::string& bytes, char lastLetter);

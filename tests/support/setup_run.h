@@ -103,8 +103,8 @@ class SetupRun {
   std::vector<FileLine> mFiles;
 };
 
-// The configuration file's contents, decoded by the test's own means. Nothing is in `entries` when `sound` is
-// false.
+// The configuration file's contents, decoded by the test's own means. Nothing is in
+// `entries` when `sound` is false.
 struct DecodedConfig {
   bool sound = false;
   std::vector<std::pair<std::string, std::string>> entries;  // in the file's order, "%" kept

@@ -13,8 +13,8 @@
 #include "support/library_maker.h"
 #include "support/process.h"
 
-// Writes a language library whose version resource lists these languages (at least one) and which holds these
-// strings.
+// Writes a language library whose version resource lists these languages (at least one) and
+// which holds these strings.
 inline void MakeLanguageFile(const std::string& path, const std::vector<uint16_t>& languages,
                              const std::map<unsigned, std::string>& strings = {}) {
   LibrarySpec spec;

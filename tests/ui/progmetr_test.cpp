@@ -365,8 +365,8 @@ class Picture {
       }
     return true;
   }
-  // The colours of the inner columns from `from` up to, not including, `to` (counted from the inner left
-  // edge).
+  // The colours of the inner columns from `from` up to, not including, `to` (counted
+  // from the inner left edge).
   std::set<COLORREF> Columns(int from, int to) const {
     std::set<COLORREF> colours;
     for (int x = from + 1; x < to + 1; ++x)
