@@ -420,6 +420,5 @@ class LogLines(TaskTest):
             "Uninstall Font: No Such Font is not in the font table\n")
 
 
-
 if __name__ == "__main__":
     unittest.main()
