@@ -1,6 +1,5 @@
 // sources: tasks/splitargs.cpp
-// Any argument text splits; fields are trimmed, hold no comma unless quoted, and lie in
-// the text in their order.
+// Any argument text splits; fields are trimmed, hold no comma unless quoted, and lie in order in the text.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -16,14 +15,16 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
+constexpr std::string_view kTrimmed = " \t\r\n\v\f";
+
 bool IsTrimmed(const std::string& field) {
-  const auto blank = [](char ch) { return ch == ' ' || ch == '\t'; };
-  return field.empty() || (!blank(field.front()) && !blank(field.back()));
+  const auto goes = [](char ch) { return kTrimmed.find(ch) != std::string_view::npos; };
+  return field.empty() || (!goes(field.front()) && !goes(field.back()));
 }
 
 void Check(std::string_view text, bool quotedFirst) {
   const std::vector<std::string> fields = SplitArgs(text, quotedFirst);
-  const size_t start = text.find_first_not_of(" \t");
+  const size_t start = text.find_first_not_of(kTrimmed);
   const bool quoted = quotedFirst && start != std::string_view::npos && text[start] == '"';
   size_t at = 0;
   for (size_t i = 0; i < fields.size(); ++i) {
