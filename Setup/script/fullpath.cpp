@@ -12,13 +12,17 @@ Str FullLongPath(const char* path) {
   return full.mPath;
 }
 
-bool IsSamePath(const char* a, const char* b) { return FullLongPath(a).ICompare(FullLongPath(b)) == 0; }
+namespace {
 
-bool HoldsPath(const char* folder, const char* inner) {
-  const auto closed = [](const char* path) {
-    Str full = FullLongPath(path);
-    if (!PathText::EndsInBackslash(full.View(), IsAnsiLeadByte)) full.Append('\\');
-    return full;
-  };
-  return closed(inner).IBeginsWith(closed(folder));
+// A folder may be named with a backslash at its end or without.
+Str Closed(const char* path) {
+  Str full = FullLongPath(path);
+  if (!PathText::EndsInBackslash(full.View(), IsAnsiLeadByte)) full.Append('\\');
+  return full;
 }
+
+}  // namespace
+
+bool IsSamePath(const char* a, const char* b) { return Closed(a).ICompare(Closed(b)) == 0; }
+
+bool HoldsPath(const char* folder, const char* inner) { return Closed(inner).IBeginsWith(Closed(folder)); }

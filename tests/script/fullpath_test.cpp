@@ -45,6 +45,7 @@ TEST_F(FullPathTest, SamePathHasManySpellings) {
   EXPECT_TRUE(IsSamePath(mFolder.c_str(), Short(mFolder).c_str()));
   EXPECT_TRUE(IsSamePath(mFolder.c_str(), mDir.Join("A LONG Folder Name").c_str()));
   EXPECT_TRUE(IsSamePath(mDir.Join("x\\..\\y").c_str(), mDir.Join("y").c_str()));
+  EXPECT_TRUE(IsSamePath((mFolder + "\\").c_str(), mFolder.c_str()));
 }
 
 TEST_F(FullPathTest, OtherPathsAreNotTheSame) {

@@ -194,6 +194,21 @@ TEST_F(Interactive, RemovalChosenInTheDialogOfTheProgramStartedByItsShortPath) {
   EXPECT_TRUE(WaitUntil([&setup] { return !PathExists(setup.Dest("Setup.exe")); }, 15000));
 }
 
+TEST_F(Interactive, RemovalChosenInTheDialogOfAFolderRecordedWithABackslashDeletesTheProgramToo) {
+  ASSERT_EQ(mSetup.SilentInstall().exitCode, 0u);
+  mSetup.CopySetupToDest();
+  SetRegistryString(HKEY_LOCAL_MACHINE, "Software\\Quorvale\\KVRX6\\Directories", "ProgDir",
+                    mSetup.Dest() + "\\");
+  SetupDriver driver(mSetup, mSetup.Dest(), "");
+  const HWND dialog = driver.WaitFor(IDC_MAIN_FOLDER);
+  EXPECT_EQ(SetupDriver::Text(dialog, IDC_MAIN_FOLDER), mSetup.Dest() + "\\");
+  SetupDriver::Click(dialog, IDC_MAIN_REMOVE);
+  driver.PressAndWait(dialog, IDOK);
+  driver.AnswerBox("tous ses composants.");
+  EXPECT_EQ(driver.End().exitCode, 0u);
+  EXPECT_TRUE(WaitUntil([this] { return !PathExists(mSetup.Dest("Setup.exe")); }, 15000));
+}
+
 TEST_F(Interactive, UncheckedOptionOfARemoval) {
   mSetup.WriteScript(mSetup.SimpleScript("", "&remove_keep_prefs?\r\n&remove_keep_fonts?\r\n",
                                          "enable_remove_keep_prefs=1\r\nenable_remove_keep_fonts=1\r\n") +
